@@ -1,0 +1,73 @@
+#ifndef UNITFLOW_FILEHOST_SESSION_H
+#define UNITFLOW_FILEHOST_SESSION_H
+
+#include "filehost/Problem.h"
+#include "filehost/Workspace.h"
+#include "host/ConfigurationAndProcessDataBase.h"
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+namespace filehost {
+
+/// One property that differs between the files and what a session has stored so far.
+struct LeafChange {
+    Instance instance;
+    QString url;      ///< of the leaf, from the root of the instance's tree
+    QString property; ///< as the file spells it: "@unitType", "@value", ...
+    QVariant before;  ///< invalid when the property was not there
+    QVariant after;
+};
+
+/// A unit of work on one workspace. While a session lives, the host services of its thread that
+/// concern the workspace's folders go through it: each file is read at most once, stores stay in
+/// memory, `commit` writes what changed. Without `commit` no file is touched. A thread has at most
+/// one session at a time.
+class Session {
+public:
+    enum class Access {
+        Read, ///< takes no lock and cannot commit
+        Write ///< holds the workspace's lock from `begin` to its end
+    };
+
+    Session(const Workspace& workspace, Access access);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Must come first. With `Access::Write` waits for the workspace's lock, however long;
+    /// `waiting` is called once, with a sentence that says for whom, if that takes longer than a
+    /// moment. False with a problem when the lock cannot be had at all.
+    bool begin(const std::function<void(const QString&)>& waiting);
+
+    /// The instance's tree as stored so far, one that the caller may change; null with a problem.
+    BaseClassSharedPointer load(const Instance& instance);
+
+    /// Stores a tree; the register of modifications notes it under the two origins if anything
+    /// changed. False with a problem.
+    bool store(const Instance& instance, const BaseClassSharedPointer& tree,
+               const QString& originFirst, const QString& originSecond);
+
+    /// Everything stored so far that differs from the files, in the order of the instances and,
+    /// within one, of the file.
+    QList<LeafChange> changes() const;
+
+    /// Writes each changed file: atomically, durably, and only the bytes that changed. False with a
+    /// problem for each file that could not be written; the other files are written all the same.
+    bool commit();
+
+    /// The problems met since the last call, by this session or by a host service on its thread.
+    QList<Problem> takeProblems();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d; ///< the files read so far and what was stored over them
+};
+
+} // namespace filehost
+
+#endif
