@@ -6,7 +6,7 @@ function(unitflow_warnings target)
                 -Wextra
                 -Wpedantic
                 -Wconversion
-                -Wshadow
+                $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
                 -Wnon-virtual-dtor
                 -Woverloaded-virtual
                 -Wold-style-cast)

@@ -1,0 +1,71 @@
+#include "Commands/CommandSetUnitProperties.h"
+
+#include "Commands/UnitManipulatorBase.h"
+#include "host/ConfigurationAndProcessDataDefinitions.h"
+#include "internal/ParameterTable.h"
+#include "internal/WriteStatus.h"
+
+namespace {
+
+QString urlPrefix(const QVariantList& parameters)
+{
+    if (parameters.isEmpty() || !parameters.constFirst().canConvert(QMetaType::QString)) {
+        return {};
+    }
+    return parameters.constFirst().toString();
+}
+
+} // namespace
+
+CommandSetUnitProperties::CommandSetUnitProperties(const BaseClassSharedPointer& description)
+{
+    CommandSetUnitProperties::initCommand(description);
+}
+
+CommandSetUnitProperties::~CommandSetUnitProperties() = default;
+
+bool CommandSetUnitProperties::initCommand(const BaseClassSharedPointer& description)
+{
+    const QList<QVariantList> rows = internal::parameterRows(description);
+    for (const QVariantList& cells : rows) {
+        const QString extra = cells.size() == 3 ? cells.at(2).toString() : QString();
+        unitProperties.append({cells.at(0).toString(), cells.at(1).toString(), extra});
+    }
+    return !rows.isEmpty();
+}
+
+bool CommandSetUnitProperties::executeCommand(
+    const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
+    const QString& /*url*/, QVariantList& /*results*/, bool& changed,
+    const QVariantList& parameters, const QSharedPointer<UnitManipulatorBase>& manipulator)
+{
+    if (targetRoot.isNull() || sourceRoot.isNull()) {
+        return false;
+    }
+    const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
+    const QString prefix = urlPrefix(parameters);
+    const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    bool commandResult = false;
+    for (const UnitProperties& row : rows) {
+        const BaseClassSharedPointer leaf = targetRoot->getChildData(prefix + row.targetUrl);
+        if (leaf.isNull() || row.unit.isEmpty()) {
+            continue;
+        }
+        const int status = leaf->setDataProperty(unitKey, QVariant(row.unit));
+        internal::noteStatus(status, commandResult, changed);
+        if (!manipulator.isNull()) {
+            manipulator->manipulateUnit(leaf, row.unit, commandResult, changed);
+        }
+    }
+    return commandResult;
+}
+
+QString CommandSetUnitProperties::getCommandAsString() const
+{
+    QString text;
+    for (const UnitProperties& row : unitProperties) {
+        text.append(QStringLiteral("SetUnit(") + row.targetUrl + QLatin1Char(',') + row.unit +
+                    QLatin1Char(',') + row.extra + QStringLiteral(");"));
+    }
+    return text;
+}

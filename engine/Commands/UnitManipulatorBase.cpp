@@ -1,0 +1,3 @@
+#include "Commands/UnitManipulatorBase.h"
+
+UnitManipulatorBase::~UnitManipulatorBase() = default;

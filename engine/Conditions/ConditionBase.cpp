@@ -1,0 +1,4 @@
+#include "Conditions/ConditionBase.h"
+
+ConditionBase::ConditionBase() = default;
+ConditionBase::~ConditionBase() = default;

@@ -1,0 +1,152 @@
+#include "DependencyWalker.h"
+
+#include "DependencyWalkerDefinitions.h"
+#include "DependencyWalkerFactory.h"
+#include "Nodes/NodeBase.h"
+#include "host/ConfigurationAndProcessDataParser.h"
+#include "host/PropertyManagerConst.h"
+#include "internal/Children.h"
+#include "internal/Pattern.h"
+
+#include <QFile>
+
+DependencyWalker::DependencyWalker() = default;
+DependencyWalker::DependencyWalker(const DependencyWalker& other) = default;
+DependencyWalker& DependencyWalker::operator=(const DependencyWalker& other) = default;
+DependencyWalker::~DependencyWalker() = default;
+
+bool DependencyWalker::isValid() const
+{
+    return !urlNodeMap.isEmpty() || !regExpNodeMap.isEmpty();
+}
+
+DependencyWalker::operator bool() const
+{
+    return isValid();
+}
+
+void DependencyWalker::reset()
+{
+    urlNodeMap.clear();
+    regExpNodeMap.clear();
+    urlsInBuildOrder.clear();
+    patternsInBuildOrder.clear();
+    // The unconditional nodes stay on purpose: they watch nothing that could be forgotten.
+}
+
+bool DependencyWalker::initDependencyGraph(const BaseClassSharedPointer& description)
+{
+    if (description.isNull()) {
+        return true;
+    }
+    reset();
+    unconditionalNodes.clear();
+
+    for (const auto& [name, child] : internal::sortedChildren(*description)) {
+        const QVariant type = internal::nodeType(child);
+        if (!type.canConvert(QMetaType::QString)) {
+            continue;
+        }
+        QSharedPointer<NodeBase> node;
+        DependencyWalkerFactory::generateNode(type.toString(), name, child, node);
+        if (node.isNull()) {
+            continue;
+        }
+        const QStringList watched = node->getConditionUrls();
+        if (watched.isEmpty()) {
+            unconditionalNodes.append(node);
+        }
+        for (const QString& url : watched) {
+            addWatchedUrl(url, node);
+        }
+    }
+    return true;
+}
+
+void DependencyWalker::addWatchedUrl(const QString& url, const QSharedPointer<NodeBase>& node)
+{
+    const QString& prefix = DependencyWalkerDefinitions::getPrefixRegularExpression();
+    if (url.startsWith(prefix)) {
+        const QString pattern = url.mid(prefix.size());
+        regExpNodeMap.insert(pattern, node);
+        patternsInBuildOrder.append({pattern, node});
+        return;
+    }
+    if (!urlNodeMap.contains(url)) {
+        urlsInBuildOrder.append(url);
+    }
+    urlNodeMap.insert(url, node);
+}
+
+bool DependencyWalker::initDependencyGraphByJsonString(const QString& json)
+{
+    const BaseClassSharedPointer description = ConfigurationAndProcessDataParser().parseFromJson(
+        json, PropertyManagerConst::getConfigFileExtension());
+    return !description.isNull() && initDependencyGraph(description);
+}
+
+bool DependencyWalker::initDependencyGraphByJsonFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return false;
+    }
+    const QByteArray bytes = file.readAll();
+    return initDependencyGraphByJsonString(
+        QString::fromUtf8(bytes.constData())); // up to the first zero byte
+}
+
+QMultiHash<QString, QSharedPointer<NodeBase>> DependencyWalker::getNodeMap() const
+{
+    return urlNodeMap + regExpNodeMap;
+}
+
+QStringList DependencyWalker::getDependencyUrlList() const
+{
+    return urlsInBuildOrder;
+}
+
+void DependencyWalker::filterRegExpMatches(const QString& url,
+                                           QList<QSharedPointer<NodeBase>>& matches) const
+{
+    matches.clear();
+    for (const auto& [pattern, node] : patternsInBuildOrder) {
+        if (internal::findsMatch(pattern, url)) {
+            matches.append(node);
+        }
+    }
+}
+
+bool DependencyWalker::traverseDependencyGraph(
+    const QString& url, const BaseClassSharedPointer& sourceRoot,
+    const BaseClassSharedPointer& targetRoot, QVariantList& results, bool& changed,
+    QVariantList parameters, const QSharedPointer<UnitManipulatorBase>& manipulator)
+{
+    bool outcome = false;
+    // The list is the caller's own copy: a node may call the host, which may rebuild this walker.
+    const auto run = [&](const QList<QSharedPointer<NodeBase>>& nodes) {
+        for (const QSharedPointer<NodeBase>& node : nodes) {
+            if (!node.isNull() && node->traverseNode(sourceRoot, targetRoot, url, results, changed,
+                                                     parameters, manipulator)) {
+                outcome = true;
+            }
+        }
+    };
+
+    run(urlNodeMap.values(url));
+    QList<QSharedPointer<NodeBase>> matches;
+    filterRegExpMatches(url, matches);
+    run(matches);
+    run(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
+    return outcome;
+}
+
+bool DependencyWalker::traverseDependencyGraph(
+    const QString& url, const BaseClassSharedPointer& sourceRoot,
+    const BaseClassSharedPointer& targetRoot, QVariantList& results, QVariantList parameters,
+    const QSharedPointer<UnitManipulatorBase>& manipulator)
+{
+    bool changed = false;
+    return traverseDependencyGraph(url, sourceRoot, targetRoot, results, changed,
+                                   std::move(parameters), manipulator);
+}

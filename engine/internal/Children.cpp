@@ -1,0 +1,32 @@
+#include "internal/Children.h"
+
+#include "DependencyWalkerDefinitions.h"
+#include "host/ConfigurationAndProcessDataTools.h"
+
+#include <algorithm>
+
+namespace internal {
+
+std::vector<Child> sortedChildren(const ConfigurationAndProcessDataBase& node)
+{
+    const QHash<QString, BaseClassSharedPointer> children = node.getChildMap();
+    std::vector<Child> sorted;
+    sorted.reserve(static_cast<std::size_t>(children.size()));
+    for (auto child = children.cbegin(); child != children.cend(); ++child) {
+        sorted.emplace_back(child.key(), child.value());
+    }
+    std::sort(sorted.begin(), sorted.end(),
+              [](const Child& left, const Child& right) { return left.first < right.first; });
+    return sorted;
+}
+
+QVariant nodeType(const BaseClassSharedPointer& description)
+{
+    if (description.isNull()) {
+        return {};
+    }
+    return ConfigurationAndProcessDataTools::extractConfigValue(
+        DependencyWalkerDefinitions::getNodeTypeString(), description);
+}
+
+} // namespace internal

@@ -1,0 +1,16 @@
+#ifndef UNITFLOW_INTERNAL_WATCHEDURLS_H
+#define UNITFLOW_INTERNAL_WATCHEDURLS_H
+
+#include <QStringList>
+
+namespace internal {
+
+/// The URLs in order, each once.
+QStringList watchedUrls(const QStringList& urls);
+
+/// The patterns in order, with the prefix that marks them as such.
+QStringList watchedPatterns(const QStringList& patterns);
+
+} // namespace internal
+
+#endif
