@@ -2,12 +2,13 @@
 #define UNITFLOW_FILEHOST_FILEDEPENDENCYRESOLVER_H
 
 #include "DependencyResolverBaseClass.h"
+#include "filehost/Export.h"
 #include "filehost/Workspace.h"
 
 namespace filehost {
 
 /// The resolver of the file host: runs the links of a workspace.
-class FileDependencyResolver : public DependencyResolverBaseClass {
+class UNITFLOW_FILEHOST_EXPORT FileDependencyResolver : public DependencyResolverBaseClass {
 public:
     /// Stores under the origins "unitflow" and the workspace's folder.
     explicit FileDependencyResolver(const Workspace& workspace);

@@ -1,6 +1,8 @@
 #ifndef UNITFLOW_FILEHOST_PROBLEM_H
 #define UNITFLOW_FILEHOST_PROBLEM_H
 
+#include "filehost/Export.h"
+
 #include <QList>
 #include <QString>
 
@@ -13,15 +15,15 @@ struct Problem {
         DuplicateKey, ///< an object has the same key twice
         NumberRange,  ///< a whole number does not fit 64 bits, or a number is beyond all doubles
         Depth,        ///< nested deeper than `limits::depth`
-        Size,         ///< larger than `limits::fileSize`
-        Shape,        ///< JSON, but not what is wanted at that place
-        Name,         ///< a name that is not allowed, or leads out of the workspace
-        Missing,      ///< there is no such file
-        Read,         ///< the file cannot be read
-        Write,        ///< the file cannot be written
-        Conflict,     ///< the file was changed by somebody else since it was read
-        Lock,         ///< the workspace's lock cannot be had
-        NotATree,     ///< what was to be stored is no tree of this host
+        Size,     ///< larger than `limits::fileSize`, or of more values than `limits::valueCount`
+        Shape,    ///< JSON, but not what is wanted at that place
+        Name,     ///< a name that is not allowed, or leads out of the workspace
+        Missing,  ///< there is no such file
+        Read,     ///< the file cannot be read
+        Write,    ///< the file cannot be written
+        Conflict, ///< the file was changed by somebody else since it was read
+        Lock,     ///< the workspace's lock cannot be had
+        NotATree, ///< what was to be stored is no tree of this host
     };
 
     Code code;
@@ -33,7 +35,7 @@ struct Problem {
 };
 
 /// "file:line:column: message", then the advice indented on a line of its own if there is one.
-QString toText(const Problem& problem);
+UNITFLOW_FILEHOST_EXPORT QString toText(const Problem& problem);
 
 } // namespace filehost
 

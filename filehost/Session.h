@@ -1,6 +1,7 @@
 #ifndef UNITFLOW_FILEHOST_SESSION_H
 #define UNITFLOW_FILEHOST_SESSION_H
 
+#include "filehost/Export.h"
 #include "filehost/Problem.h"
 #include "filehost/Workspace.h"
 #include "host/ConfigurationAndProcessDataBase.h"
@@ -27,12 +28,15 @@ struct LeafChange {
 /// concern the workspace's folders go through it: each file is read at most once, stores stay in
 /// memory, `commit` writes what changed. Without `commit` no file is touched. A thread has at most
 /// one session at a time.
-class Session {
+class UNITFLOW_FILEHOST_EXPORT Session {
 public:
     enum class Access {
         Read, ///< takes no lock and cannot commit
         Write ///< holds the workspace's lock from `begin` to its end
     };
+
+    /// The session of this thread, null when it has none.
+    static Session* current();
 
     Session(const Workspace& workspace, Access access);
     ~Session();
@@ -43,6 +47,11 @@ public:
     /// `waiting` is called once, with a sentence that says for whom, if that takes longer than a
     /// moment. False with a problem when the lock cannot be had at all.
     bool begin(const std::function<void(const QString&)>& waiting);
+
+    const Workspace& workspace() const;
+
+    /// The text of a description; empty with a problem.
+    QString description(const QString& name);
 
     /// The instance's tree as stored so far, one that the caller may change; null with a problem.
     BaseClassSharedPointer load(const Instance& instance);
@@ -62,6 +71,9 @@ public:
 
     /// The problems met since the last call, by this session or by a host service on its thread.
     QList<Problem> takeProblems();
+
+    /// Adds a problem for `takeProblems`, unless an equal one waits there already.
+    void report(const Problem& problem);
 
 private:
     class Private;

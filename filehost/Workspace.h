@@ -1,6 +1,7 @@
 #ifndef UNITFLOW_FILEHOST_WORKSPACE_H
 #define UNITFLOW_FILEHOST_WORKSPACE_H
 
+#include "filehost/Export.h"
 #include "filehost/Problem.h"
 
 #include <QList>
@@ -21,8 +22,9 @@ struct Instance {
     QString name;
 };
 
-bool operator==(const Instance& left, const Instance& right);
-bool operator<(const Instance& left, const Instance& right); ///< configurations first, then by name
+UNITFLOW_FILEHOST_EXPORT bool operator==(const Instance& left, const Instance& right);
+/// Configurations first, then by name.
+UNITFLOW_FILEHOST_EXPORT bool operator<(const Instance& left, const Instance& right);
 
 /// One entry of `links.json`: this source drives this target through this description.
 struct Link {
@@ -37,7 +39,7 @@ struct Link {
 
 /// A folder with `configuration/`, `process/`, `dependency/`, `configuration/manifest.json` and
 /// `links.json`. Knows where things are; holds nothing of what is in them.
-class Workspace {
+class UNITFLOW_FILEHOST_EXPORT Workspace {
 public:
     /// Null, with a problem added, when `directory` is no workspace.
     static std::optional<Workspace> open(const QString& directory, QList<Problem>& problems);
