@@ -21,9 +21,12 @@ bool ConditionValueComparators::initCondition(const BaseClassSharedPointer& desc
     return true;
 }
 
+// The signature is part of the interface, the entry by value included.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 bool ConditionValueComparators::valueComparator(const BaseClassSharedPointer& root,
                                                 const QString& url,
                                                 ConditionComparatorEntry entry) const
+// NOLINTEND(performance-unnecessary-value-param)
 {
     const QVariant current = ConfigurationAndProcessDataTools::extractConfigValue(url, root);
     if (!current.isValid()) {

@@ -9,7 +9,7 @@ namespace internal {
 
 std::vector<Child> sortedChildren(const ConfigurationAndProcessDataBase& node)
 {
-    const QHash<QString, BaseClassSharedPointer> children = node.getChildMap();
+    const QHash<QString, BaseClassSharedPointer>& children = node.getChildMap();
     std::vector<Child> sorted;
     sorted.reserve(static_cast<std::size_t>(children.size()));
     for (auto child = children.cbegin(); child != children.cend(); ++child) {
