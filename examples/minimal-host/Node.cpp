@@ -14,7 +14,7 @@ constexpr int acceptedUnchanged = 1;
 // The engine's own base class holds nothing: where the children are is for the host to say.
 const QHash<QString, BaseClassSharedPointer>& ConfigurationAndProcessDataBase::getChildMap() const
 {
-    return static_cast<const Node*>(this)->getChildren();
+    return dynamic_cast<const Node&>(*this).getChildren();
 }
 
 Node::Node(const QJsonValue& json)
@@ -26,10 +26,11 @@ Node::Node(const QJsonValue& json)
     }
     const QJsonObject object = json.toObject();
     for (auto member = object.begin(); member != object.end(); ++member) {
-        if (member.key().startsWith(QLatin1Char('@')))
+        if (member.key().startsWith(QLatin1Char('@'))) {
             properties.insert(member.key(), member.value().toVariant());
-        else
+        } else {
             children.insert(member.key(), BaseClassSharedPointer(new Node(member.value())));
+        }
     }
 }
 
@@ -54,8 +55,9 @@ QVariant Node::getDataProperty(const QString& key)
 int Node::setDataProperty(const QString& key, const QVariant& value)
 {
     QVariant& property = properties[key];
-    if (property == value)
+    if (property == value) {
         return acceptedUnchanged;
+    }
     property = value;
     return writtenAndChanged;
 }

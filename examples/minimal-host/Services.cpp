@@ -48,7 +48,9 @@ QString ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType()
 
 ConfigurationAndProcessDataParser::ConfigurationAndProcessDataParser() = default;
 
-ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() = default;
+// The header allows no trivial destructor.
+// NOLINTNEXTLINE(modernize-use-equals-default)
+ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() {}
 
 BaseClassSharedPointer
 ConfigurationAndProcessDataParser::parseFromJson(const QString& json,
@@ -84,12 +86,14 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
 }
 
 // This host keeps its trees in memory and hands them to the resolver itself.
+// NOLINTBEGIN(performance-unnecessary-value-param): the header is the engine's
 bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcessDescription(
     const QDir& /*folder*/, const QString& /*originFirst*/, const QString& /*originSecond*/,
     const QString& /*instanceName*/, BaseClassSharedPointer /*tree*/, bool /*isProcess*/)
 {
     return false;
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 QString PropertyManagerConst::getConfigurationFolderPath(const QString& basePath)
 {

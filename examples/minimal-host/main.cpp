@@ -5,7 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cstdio>
+#include <iostream>
 
 namespace {
 
@@ -16,7 +16,7 @@ public:
                         bool& /*commandResult*/, bool& /*changed*/) override
     {
         const QString signal = leaf->getDataProperty(QStringLiteral("@value")).toString();
-        std::printf("%s is now in %s\n", qUtf8Printable(signal), qUtf8Printable(unit));
+        std::cout << signal.toStdString() << " is now in " << unit.toStdString() << '\n';
         return true;
     }
 };
