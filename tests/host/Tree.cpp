@@ -46,6 +46,16 @@ NodePointer tree(const QString& label, const QString& json)
     return root;
 }
 
+NodePointer table(const QString& rows)
+{
+    return tree(
+        QStringLiteral("description"),
+        '{' +
+            QStringLiteral("\"%1\": %2")
+                .arg(ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue(), rows) +
+            '}');
+}
+
 QString describe(const QVariant& value)
 {
     if (!value.isValid())

@@ -20,6 +20,9 @@ using NodePointer = QSharedPointer<Node>;
 /// with just that "@val". Text that is not a JSON object gives null.
 NodePointer tree(const QString& label, const QString& json);
 
+/// A description with this parameter table, which is given as JSON text: `table("[[1, 2]]")`.
+NodePointer table(const QString& rows);
+
 /// A value as the records show it: text as 'text', anything else as type(text).
 QString describe(const QVariant& value);
 

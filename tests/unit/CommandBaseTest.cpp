@@ -1,0 +1,59 @@
+#include "Commands/CommandBase.h"
+
+#include "Probe.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+class GroupSubstitution : public testhost::EngineTest {
+protected:
+    QString replace(const QString& pattern, const QString& subject, const QString& text)
+    {
+        const QRegularExpression expression(pattern);
+        return command.replaceMatchedGroups(expression.namedCaptureGroups(),
+                                            expression.match(subject), text);
+    }
+
+    testhost::ProbeCommand command{testhost::tree("description", "{}")};
+};
+
+TEST_F(GroupSubstitution, returns_the_text_unchanged_without_groups)
+{
+    EXPECT_EQ(command.replaceMatchedGroups({}, QRegularExpressionMatch(), "A/(?<inst>)/B"),
+              "A/(?<inst>)/B");
+}
+
+TEST_F(GroupSubstitution, replaces_named_groups_and_passes_over_unnamed_ones)
+{
+    EXPECT_EQ(replace("(?<inst>X)(/)", "X/", "A/(?<inst>)/B"), "A/X/B");
+}
+
+TEST_F(GroupSubstitution, replaces_placeholders_by_what_was_captured)
+{
+    struct {
+        const char* title;
+        const char* pattern;
+        const char* subject;
+        const char* text;
+        const char* replaced;
+    } const table[] = {
+        {"the same placeholder twice", "(?<a>.+)", "X", "(?<a>)/(?<a>)", "X/X"},
+        {"two groups", "(?<a>.)(?<b>.)", "XY", "(?<b>)(?<a>)", "YX"},
+        {"a group that took no part gives nothing", "(?<a>x)|(?<b>y)", "y", "[(?<a>)][(?<b>)]",
+         "[][y]"},
+        {"an unknown name stays", "(?<a>.)", "X", "(?<other>)(?<a>)", "(?<other>)X"},
+        {"names keep their case", "(?<a>.)", "X", "(?<A>)", "(?<A>)"},
+        {"no match empties the known placeholders", "(?<a>x)", "y", "1(?<a>)2", "12"},
+        {"text without placeholders stays", "(?<a>.)", "X", "a(<a>)%1", "a(<a>)%1"},
+        {"what a group brings along is filled by a later group", "(?<a>.+),(?<b>.+)", "(?<b>),Y",
+         "(?<a>)", "Y"},
+        {"but not by an earlier one", "(?<a>.+),(?<b>.+)", "X,(?<a>)", "(?<b>)", "(?<a>)"},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.title);
+        EXPECT_EQ(replace(row.pattern, row.subject, row.text), row.replaced);
+    }
+}
+
+} // namespace
