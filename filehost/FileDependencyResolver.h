@@ -26,6 +26,8 @@ public:
     bool resolveLink(const Link& link, const QStringList& urls, bool& changed) const;
 
 private:
+    bool resolveFrom(const BaseClassSharedPointer& source, const Link& link) const;
+
     Workspace workspace;
 };
 

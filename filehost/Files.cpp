@@ -1,0 +1,130 @@
+#include "filehost/Files.h"
+
+#include "filehost/Limits.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace filehost {
+
+namespace {
+
+using json::JsonText;
+
+void add(QList<Problem>& problems, Problem::Code code, const File& file, const QString& message,
+         const QString& advice)
+{
+    problems.append({code, file.shown, 0, 0, message, advice});
+}
+
+bool fail(QList<Problem>& problems, const File& file, const QString& reason)
+{
+    add(problems, Problem::Code::Write, file,
+        QStringLiteral("the file cannot be written: %1").arg(reason),
+        QStringLiteral("check its folder, the permissions and the space on the disk"));
+    return false;
+}
+
+bool isAsExpected(const File& file, const JsonText* expected)
+{
+    if (expected == nullptr) {
+        return !exists(file);
+    }
+    QList<Problem> ignored; // a file that cannot be read any more was changed as well
+    const std::optional<QByteArray> present = readBytes(file, ignored);
+    return present && *present == expected->bytes();
+}
+
+} // namespace
+
+bool exists(const File& file)
+{
+    const QFileInfo info(file.path);
+    return info.exists() || info.isSymLink();
+}
+
+std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems)
+{
+    const QFileInfo info(file.path);
+    if (!info.exists()) {
+        add(problems, Problem::Code::Missing, file, QStringLiteral("there is no such file"), {});
+        return std::nullopt;
+    }
+    if (!info.isFile()) {
+        // Reading a pipe would wait for its writer.
+        add(problems, Problem::Code::Read, file, QStringLiteral("this is no regular file"),
+            QStringLiteral("put a file of JSON in its place"));
+        return std::nullopt;
+    }
+    QFile source(file.path);
+    if (!source.open(QIODevice::ReadOnly)) {
+        add(problems, Problem::Code::Read, file,
+            QStringLiteral("the file cannot be read: %1").arg(source.errorString()),
+            QStringLiteral("check its permissions"));
+        return std::nullopt;
+    }
+    if (source.size() > limits::fileSize) {
+        problems.append(JsonText::tooLarge(file.shown));
+        return std::nullopt;
+    }
+    const QByteArray bytes = source.readAll();
+    if (source.error() != QFileDevice::NoError) {
+        add(problems, Problem::Code::Read, file,
+            QStringLiteral("the file cannot be read: %1").arg(source.errorString()),
+            QStringLiteral("check the disk"));
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+std::shared_ptr<const JsonText> readJson(const File& file, QList<Problem>& problems)
+{
+    const std::optional<QByteArray> bytes = readBytes(file, problems);
+    return bytes ? JsonText::parse(*bytes, file.shown, problems) : nullptr;
+}
+
+std::shared_ptr<const JsonText> readTree(const File& file, QList<Problem>& problems)
+{
+    const std::optional<QByteArray> bytes = readBytes(file, problems);
+    return bytes ? parseTree(*bytes, file.shown, problems) : nullptr;
+}
+
+std::shared_ptr<const JsonText> parseTree(const QByteArray& bytes, const QString& shown,
+                                          QList<Problem>& problems)
+{
+    std::shared_ptr<const JsonText> text = JsonText::parse(bytes, shown, problems);
+    if (text && text->kind(JsonText::root) != JsonText::Kind::Object) {
+        problems.append(text->problem(Problem::Code::Shape, text->node(JsonText::root).value.begin,
+                                      QStringLiteral("a tree is an object"),
+                                      QStringLiteral("put it in braces: { ... }")));
+        return nullptr;
+    }
+    return text;
+}
+
+bool replaceBytes(const File& file, const JsonText* expected, const QByteArray& bytes,
+                  QList<Problem>& problems)
+{
+    if (!isAsExpected(file, expected)) {
+        add(problems, Problem::Code::Conflict, file,
+            QStringLiteral("the file was changed by somebody else since it was read"),
+            QStringLiteral("look at what changed, then run this again; the file was left alone"));
+        return false;
+    }
+    // Where the path is a symbolic link, the file it leads to is replaced, not the link.
+    const QFileInfo info(file.path);
+    const QString path = info.exists() ? info.canonicalFilePath() : file.path;
+    if (!QDir().mkpath(QFileInfo(path).path())) {
+        return fail(problems, file, QStringLiteral("its folder cannot be made"));
+    }
+    QSaveFile target(path);
+    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() ||
+        !target.commit()) {
+        return fail(problems, file, target.errorString());
+    }
+    return true;
+}
+
+} // namespace filehost

@@ -1,0 +1,196 @@
+#include "filehost/Names.h"
+
+#include "host/PropertyManagerConst.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace filehost {
+
+namespace {
+
+bool hasForbiddenSegment(const QString& name)
+{
+    const QStringList segments = name.split(QLatin1Char('/'));
+    return std::any_of(segments.begin(), segments.end(), [](const QString& segment) {
+        return segment.isEmpty() || segment == QLatin1String(".") || segment == QLatin1String("..");
+    });
+}
+
+bool isManifest(Named what, const QString& name)
+{
+    return what == Named::Configuration &&
+           QString(name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension()) ==
+               PropertyManagerConst::getConfigurationManifestFilename();
+}
+
+/// Insertions, removals and replacements of single characters that make one name of the other.
+int editDistance(const QString& left, const QString& right)
+{
+    std::vector<int> row(static_cast<std::size_t>(right.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < left.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 1; j < row.size(); ++j) {
+            const bool same = left[i] == right[static_cast<int>(j) - 1];
+            const int replaced = diagonal + (same ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+} // namespace
+
+Named named(Kind kind)
+{
+    return kind == Kind::Process ? Named::Process : Named::Configuration;
+}
+
+QString wordsFor(Named what)
+{
+    switch (what) {
+    case Named::Configuration:
+        return QStringLiteral("configuration instance");
+    case Named::Process:
+        return QStringLiteral("process instance");
+    case Named::Description:
+        break;
+    }
+    return QStringLiteral("description");
+}
+
+bool checkName(Named what, const QString& name, QList<Problem>& problems)
+{
+    QString wrong;
+    if (name.isEmpty()) {
+        wrong = QStringLiteral("is empty");
+    } else if (name.startsWith(QLatin1Char('/'))) {
+        wrong = QStringLiteral("is absolute");
+    } else if (hasForbiddenSegment(name)) {
+        wrong = QStringLiteral("has an empty, \".\" or \"..\" segment");
+    } else if (name.contains(QChar(QChar::Null)) || !name.isValidUtf16()) {
+        wrong = QStringLiteral("has a character that no file name can have");
+    } else if (isManifest(what, name)) {
+        wrong = QStringLiteral("is the manifest's, which is no instance");
+    } else {
+        return true;
+    }
+    problems.append({Problem::Code::Name,
+                     {},
+                     0,
+                     0,
+                     QStringLiteral("the name \"%1\" of a %2 %3").arg(name, wordsFor(what), wrong),
+                     QStringLiteral("names are relative, with \"/\" for subfolders, as in "
+                                    "\"Oven\" or \"Line 1/Oven\"")});
+    return false;
+}
+
+QString confinedPath(const QString& root, const QString& folder, Named what, const QString& name,
+                     QList<Problem>& problems)
+{
+    if (!checkName(what, name, problems)) {
+        return {};
+    }
+    const QString path = QDir(folder).absoluteFilePath(
+        name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension());
+    if (!leadsOut(root, path)) {
+        return path;
+    }
+    problems.append(leadingOut(
+        root, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
+    return {};
+}
+
+Problem leadingOut(const QString& root, const QString& path, const QString& subject)
+{
+    return {Problem::Code::Name,
+            shownPath(root, path),
+            0,
+            0,
+            QStringLiteral("%1 leads out of %2 by a symbolic link").arg(subject, root),
+            QStringLiteral("put the file itself in the place of the link")};
+}
+
+bool leadsOut(const QString& root, const QString& path)
+{
+    QFileInfo existing(path);
+    while (!existing.exists() && !existing.isSymLink() && existing.path() != existing.filePath()) {
+        existing.setFile(existing.path());
+    }
+    // A link that leads nowhere yet counts as one that leads out: it could be followed anywhere.
+    const QString real = existing.canonicalFilePath();
+    return real.isEmpty() || !isInside(canonicalPath(root), real);
+}
+
+QString canonicalPath(const QString& path)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return canonical.isEmpty() ? QDir::cleanPath(QDir(path).absolutePath()) : canonical;
+}
+
+bool isInside(const QString& folder, const QString& path)
+{
+    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    return path == folder || path.startsWith(prefix);
+}
+
+QString shownPath(const QString& root, const QString& path)
+{
+    return isInside(root, path) ? QDir(root).relativeFilePath(path) : path;
+}
+
+QStringList namesIn(const QString& folder, Named what)
+{
+    const QString suffix = QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension();
+    QStringList names;
+    QDirIterator files(folder, {QLatin1Char('*') + suffix}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QString name = QDir(folder).relativeFilePath(files.next());
+        name.chop(suffix.size());
+        QList<Problem> ignored;
+        if (checkName(what, name, ignored)) {
+            names.append(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void explainMissing(QList<Problem>& problems, Named what, const QString& name,
+                    const QStringList& known)
+{
+    for (Problem& problem : problems) {
+        if (problem.code == Problem::Code::Missing) {
+            const QString nearest = nearestName(name, known);
+            problem.message = QStringLiteral("there is no %1 \"%2\"").arg(wordsFor(what), name);
+            problem.advice = nearest.isEmpty()
+                                 ? QStringLiteral("write it to %1").arg(problem.file)
+                                 : QStringLiteral("did you mean \"%1\"?").arg(nearest);
+        }
+    }
+}
+
+QString nearestName(const QString& wrong, const QStringList& known)
+{
+    QString nearest;
+    int smallest = wrong.size() / 2 + 1;
+    for (const QString& name : known) {
+        const int distance = editDistance(wrong.toCaseFolded(), name.toCaseFolded());
+        if (distance < smallest) {
+            smallest = distance;
+            nearest = name;
+        }
+    }
+    return nearest;
+}
+
+} // namespace filehost

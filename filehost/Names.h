@@ -1,0 +1,56 @@
+#ifndef UNITFLOW_FILEHOST_NAMES_H
+#define UNITFLOW_FILEHOST_NAMES_H
+
+#include "filehost/Problem.h"
+#include "filehost/Workspace.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace filehost {
+
+/// What a name stands for; its words appear in problems.
+enum class Named { Configuration, Process, Description };
+
+Named named(Kind kind);
+QString wordsFor(Named what);
+
+/// False with a problem when a name is not allowed: an empty or absolute one, one with an empty,
+/// "." or ".." segment, with characters that no file name can have, or the manifest's as the name
+/// of a configuration.
+bool checkName(Named what, const QString& name, QList<Problem>& problems);
+
+/// The path of the file for a name in a folder; empty with a problem when the name is not allowed
+/// or a symbolic link leads out of `root`. The file need not exist.
+QString confinedPath(const QString& root, const QString& folder, Named what, const QString& name,
+                     QList<Problem>& problems);
+
+/// Whether symbolic links take a path, or its folders, out of `root`.
+bool leadsOut(const QString& root, const QString& path);
+
+/// The problem of a path that does.
+Problem leadingOut(const QString& root, const QString& path, const QString& subject);
+
+/// Without symbolic links where the path exists, else made absolute and clean.
+QString canonicalPath(const QString& path);
+
+/// Whether a path is `folder` or below it. Both are compared as they are spelled.
+bool isInside(const QString& folder, const QString& path);
+
+/// The path as a user would name it: relative to `root` where it is inside.
+QString shownPath(const QString& root, const QString& path);
+
+/// All allowed names of files below a folder, in ascending order.
+QStringList namesIn(const QString& folder, Named what);
+
+/// Says in a missing file's problem what it was looked for as, and which known name is alike.
+void explainMissing(QList<Problem>& problems, Named what, const QString& name,
+                    const QStringList& known);
+
+/// The known name most like a wrong one; empty when none is alike.
+QString nearestName(const QString& wrong, const QStringList& known);
+
+} // namespace filehost
+
+#endif

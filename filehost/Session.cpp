@@ -1,0 +1,256 @@
+#include "filehost/Session.h"
+
+#include "filehost/Descriptions.h"
+#include "filehost/Files.h"
+#include "filehost/Names.h"
+#include "filehost/WorkspaceLock.h"
+#include "filehost/services/ModificationRegister.h"
+#include "filehost/tree/FileTree.h"
+#include "filehost/tree/TreeDiff.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace filehost {
+
+namespace {
+
+thread_local Session* currentSession = nullptr;
+
+using TextPointer = std::shared_ptr<const json::JsonText>;
+
+/// A file of an instance, as it was read and as it is to be.
+struct StoredFile {
+    Instance instance;
+    File file;
+    TextPointer inFile;    ///< null when there is none that can be read
+    TextPointer stored;    ///< null like `inFile` until something is stored
+    QList<Problem> whyNot; ///< what stood against reading it
+};
+
+bool hasCode(const QList<Problem>& problems, Problem::Code code)
+{
+    return std::any_of(problems.begin(), problems.end(),
+                       [code](const Problem& problem) { return problem.code == code; });
+}
+
+bool isEqual(const Problem& left, const Problem& right)
+{
+    return left.code == right.code && left.file == right.file && left.line == right.line &&
+           left.column == right.column && left.message == right.message;
+}
+
+} // namespace
+
+class Session::Private {
+public:
+    Private(const Workspace& workspace, Access access) : workspace(workspace), access(access) {}
+
+    /// The file of an instance, read if it was not read before; null with a problem when the name
+    /// is refused.
+    StoredFile* fileOf(const Instance& instance);
+    void report(const Problem& problem);
+    void report(const QList<Problem>& several);
+
+    Workspace workspace;
+    Access access;
+    std::unique_ptr<WorkspaceLock> lock;
+    bool hasBegun = false;
+    std::map<QString, StoredFile> files; ///< by path, so that two names of one file share it
+    std::vector<StoredFile*> toCommit;   ///< in the order in which they were first stored
+    QHash<QString, QString> descriptions;
+    QList<Problem> problems;
+};
+
+void Session::Private::report(const Problem& problem)
+{
+    const bool isKnown = std::any_of(problems.begin(), problems.end(),
+                                     [&](const Problem& known) { return isEqual(known, problem); });
+    if (!isKnown) {
+        problems.append(problem);
+    }
+}
+
+void Session::Private::report(const QList<Problem>& several)
+{
+    for (const Problem& problem : several) {
+        report(problem);
+    }
+}
+
+StoredFile* Session::Private::fileOf(const Instance& instance)
+{
+    QList<Problem> refused;
+    const QString path = workspace.instancePath(instance, refused);
+    report(refused);
+    if (path.isEmpty()) {
+        return nullptr;
+    }
+    const auto [place, isNew] = files.try_emplace(canonicalPath(path));
+    StoredFile& file = place->second;
+    if (isNew) {
+        file.instance = instance;
+        file.file = {place->first, shownPath(workspace.directory(), path)};
+        file.inFile = readTree(file.file, file.whyNot);
+        file.stored = file.inFile;
+        explainMissing(file.whyNot, named(instance.kind), instance.name,
+                       workspace.instanceNames(instance.kind));
+    }
+    return &file;
+}
+
+Session* Session::current()
+{
+    return currentSession;
+}
+
+Session::Session(const Workspace& workspace, Access access)
+    : d(std::make_unique<Private>(workspace, access))
+{}
+
+Session::~Session()
+{
+    if (currentSession == this) {
+        currentSession = nullptr;
+    }
+}
+
+bool Session::begin(const std::function<void(const QString&)>& waiting)
+{
+    if (currentSession != nullptr) {
+        report({Problem::Code::Lock, d->workspace.directory(), 0, 0,
+                QStringLiteral("this thread already has a session"),
+                QStringLiteral("end it before another one begins")});
+        return false;
+    }
+    if (d->access == Access::Write) {
+        d->lock = std::make_unique<WorkspaceLock>(d->workspace.directory());
+        QList<Problem> problems;
+        const bool isLocked = d->lock->take(waiting, problems);
+        d->report(problems);
+        if (!isLocked) {
+            return false;
+        }
+    }
+    d->hasBegun = true;
+    currentSession = this;
+    return true;
+}
+
+const Workspace& Session::workspace() const
+{
+    return d->workspace;
+}
+
+QString Session::description(const QString& name)
+{
+    QList<Problem> problems;
+    const QString path = d->workspace.dependencyPath(name, problems);
+    const File file{path, shownPath(d->workspace.directory(), path)};
+    auto known = d->descriptions.find(path);
+    if (!path.isEmpty() && known == d->descriptions.end()) {
+        known = d->descriptions.insert(path, readDescription(file, problems));
+        explainMissing(problems, Named::Description, name, d->workspace.dependencyNames());
+    }
+    d->report(problems);
+    if (path.isEmpty()) {
+        return {};
+    }
+    rememberHandedOut(*known, file.shown);
+    return *known;
+}
+
+BaseClassSharedPointer Session::load(const Instance& instance)
+{
+    const StoredFile* const file = d->fileOf(instance);
+    if (file == nullptr) {
+        return {};
+    }
+    if (!file->stored) {
+        d->report(file->whyNot);
+        return {};
+    }
+    return tree::FileTreeNode::makeRoot(file->stored, file->file.path);
+}
+
+bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree,
+                    const QString& originFirst, const QString& originSecond)
+{
+    const tree::FileTree* const changed = tree::FileTreeNode::treeOf(tree);
+    if (changed == nullptr) {
+        d->report(tree::notATree(instance.name));
+        return false;
+    }
+    StoredFile* const file = d->fileOf(instance);
+    if (file == nullptr) {
+        return false;
+    }
+    if (!file->stored && !hasCode(file->whyNot, Problem::Code::Missing)) {
+        d->report(file->whyNot); // what cannot be read is not to be overwritten
+        return false;
+    }
+    const QByteArray bytes = changed->render();
+    if (file->stored && file->stored->bytes() == bytes) {
+        return true;
+    }
+    QList<Problem> problems;
+    const TextPointer text = parseTree(bytes, file->file.shown, problems);
+    d->report(problems);
+    if (!text) {
+        return false;
+    }
+    file->stored = text;
+    if (std::find(d->toCommit.begin(), d->toCommit.end(), file) == d->toCommit.end()) {
+        d->toCommit.push_back(file);
+    }
+    ModificationRegister::instance().record(originFirst, originSecond, instance.name);
+    return true;
+}
+
+QList<LeafChange> Session::changes() const
+{
+    std::vector<const StoredFile*> stored(d->toCommit.begin(), d->toCommit.end());
+    std::sort(stored.begin(), stored.end(), [](const StoredFile* left, const StoredFile* right) {
+        return left->instance < right->instance;
+    });
+    QList<LeafChange> changes;
+    for (const StoredFile* file : stored) {
+        tree::addChanges(file->instance, file->inFile.get(), *file->stored, changes);
+    }
+    return changes;
+}
+
+bool Session::commit()
+{
+    if (!d->hasBegun || d->access != Access::Write) {
+        report({Problem::Code::Write, d->workspace.directory(), 0, 0,
+                QStringLiteral("this session may not write"),
+                QStringLiteral("begin one with write access")});
+        return false;
+    }
+    QList<Problem> problems;
+    for (StoredFile* file : d->toCommit) {
+        const bool isInFile = file->inFile && file->inFile->bytes() == file->stored->bytes();
+        if (!isInFile &&
+            replaceBytes(file->file, file->inFile.get(), file->stored->bytes(), problems)) {
+            file->inFile = file->stored;
+        }
+    }
+    d->report(problems);
+    return problems.isEmpty();
+}
+
+QList<Problem> Session::takeProblems()
+{
+    return std::exchange(d->problems, {});
+}
+
+void Session::report(const Problem& problem)
+{
+    d->report(problem);
+}
+
+} // namespace filehost

@@ -1,0 +1,106 @@
+#include "filehost/Workspace.h"
+
+#include "filehost/Files.h"
+#include "filehost/LinkReader.h"
+#include "filehost/Names.h"
+#include "host/PropertyManagerConst.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <tuple>
+#include <utility>
+
+namespace filehost {
+
+namespace {
+
+QString folderPath(const QString& root, Named what)
+{
+    switch (what) {
+    case Named::Configuration:
+        return PropertyManagerConst::getConfigurationFolderPath(root);
+    case Named::Process:
+        return PropertyManagerConst::getProcessFolderPath(root);
+    case Named::Description:
+        break;
+    }
+    return PropertyManagerConst::getDependencyFolderPath(root);
+}
+
+} // namespace
+
+bool operator==(const Instance& left, const Instance& right)
+{
+    return left.kind == right.kind && left.name == right.name;
+}
+
+bool operator<(const Instance& left, const Instance& right)
+{
+    return std::tie(left.kind, left.name) < std::tie(right.kind, right.name);
+}
+
+Workspace::Workspace(QString directory) : root(std::move(directory)) {}
+
+std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem>& problems)
+{
+    const QString root = QDir::cleanPath(QDir(directory).absolutePath());
+    const bool isWorkspace = QFileInfo(folderPath(root, Named::Configuration)).isDir() ||
+                             QFileInfo(folderPath(root, Named::Process)).isDir() ||
+                             QFileInfo(folderPath(root, Named::Description)).isDir();
+    if (isWorkspace) {
+        return Workspace(root);
+    }
+    const QString wrong =
+        QFileInfo(root).isDir()
+            ? QStringLiteral("this folder is no workspace: it has no configuration/, process/ or "
+                             "dependency/")
+            : QStringLiteral("there is no such folder");
+    problems.append({Problem::Code::Missing, directory, 0, 0, wrong,
+                     QStringLiteral("unitflow init DIR makes a workspace")});
+    return std::nullopt;
+}
+
+QString Workspace::directory() const
+{
+    return root;
+}
+
+QStringList Workspace::instanceNames(Kind kind) const
+{
+    return namesIn(folderPath(root, named(kind)), named(kind));
+}
+
+QStringList Workspace::dependencyNames() const
+{
+    return namesIn(folderPath(root, Named::Description), Named::Description);
+}
+
+QList<Link> Workspace::links(QList<Problem>& problems) const
+{
+    const QString name = QStringLiteral("links.json");
+    const File file{QDir(root).filePath(name), name};
+    if (!exists(file)) {
+        return {};
+    }
+    if (leadsOut(root, file.path)) {
+        problems.append(leadingOut(root, file.path, QStringLiteral("\"%1\"").arg(name)));
+        return {};
+    }
+    const std::shared_ptr<const json::JsonText> text = readJson(file, problems);
+    return text ? readLinks(*text, problems) : QList<Link>();
+}
+
+QString Workspace::instancePath(const Instance& instance, QList<Problem>& problems) const
+{
+    const Named what = named(instance.kind);
+    return confinedPath(root, folderPath(root, what), what, instance.name, problems);
+}
+
+QString Workspace::dependencyPath(const QString& name, QList<Problem>& problems) const
+{
+    return confinedPath(root, folderPath(root, Named::Description), Named::Description, name,
+                        problems);
+}
+
+} // namespace filehost

@@ -1,0 +1,214 @@
+#include "filehost/json/JsonEdits.h"
+
+#include "filehost/json/JsonValue.h"
+
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace filehost::json {
+
+namespace {
+
+using Kind = JsonText::Kind;
+
+QByteArray toBytes(std::string_view text)
+{
+    return {text.data(), static_cast<int>(text.size())};
+}
+
+/// Texts without a blank behind their colons have none behind their commas either.
+QByteArray comma(const QByteArray& colon)
+{
+    return colon.endsWith(':') ? QByteArrayLiteral(",") : QByteArrayLiteral(", ");
+}
+
+/// Writes on one line. The recursion is bounded by the depth of normalized values.
+void appendValue(QByteArray& out, const QVariant& value, const QByteArray& colon)
+{
+    QByteArray separator;
+    if (value.userType() == QMetaType::QVariantList) {
+        out += '[';
+        const QVariantList elements = value.toList();
+        for (const QVariant& element : elements) {
+            out += separator;
+            appendValue(out, element, colon);
+            separator = comma(colon);
+        }
+        out += ']';
+    } else if (value.userType() == QMetaType::QVariantMap) {
+        out += '{';
+        const QVariantMap members = value.toMap();
+        for (auto member = members.begin(); member != members.end(); ++member) {
+            out += separator + writeScalar(member.key()) + colon;
+            appendValue(out, member.value(), colon);
+            separator = comma(colon);
+        }
+        out += '}';
+    } else {
+        out += writeScalar(value);
+    }
+}
+
+} // namespace
+
+JsonEdits::JsonEdits(const JsonText& text) : text(text) {}
+
+void JsonEdits::replace(Index index, const QVariant& value)
+{
+    const auto children = text.children(index);
+    if (text.kind(index) == Kind::Array && value.userType() == QMetaType::QVariantList &&
+        std::distance(children.begin(), children.end()) == value.toList().size()) {
+        const QVariantList elements = value.toList();
+        auto element = elements.begin();
+        for (const Index child : children) {
+            replace(child, *element++);
+        }
+        return;
+    }
+    if (text.kind(index) == Kind::Object && value.userType() == QMetaType::QVariantMap) {
+        const QVariantMap members = value.toMap();
+        if (std::all_of(children.begin(), children.end(),
+                        [&](Index child) { return members.contains(text.key(child)); })) {
+            replaceMembers(index, members);
+            return;
+        }
+    }
+    if (children.empty() && isSame(text.value(index), value)) {
+        return;
+    }
+    Splice splice{text.node(index).value, {}};
+    appendValue(splice.bytes, value, colon(index));
+    splices.push_back(std::move(splice));
+}
+
+void JsonEdits::replaceMembers(Index object, const QVariantMap& values)
+{
+    QVariantMap added = values;
+    Index last = JsonText::none;
+    for (const Index child : text.children(object)) {
+        replace(child, added.take(text.key(child)));
+        last = child;
+    }
+    std::vector<Member> members;
+    for (auto member = added.begin(); member != added.end(); ++member) {
+        members.push_back({member.key(), member.value()});
+    }
+    insert(object, last, members);
+}
+
+void JsonEdits::insert(Index object, Index behind, const std::vector<Member>& members)
+{
+    const QByteArray colonText = colon(object);
+    const QByteArray between = ',' + separator(object);
+    QByteArrayList written;
+    for (const Member& member : members) {
+        written.append(memberText(member, colonText));
+    }
+    if (written.isEmpty()) {
+        return;
+    }
+    if (behind != JsonText::none) {
+        const quint32 end = text.node(behind).value.end;
+        splices.push_back({{end, end}, between + written.join(between)});
+        return;
+    }
+    const auto children = text.children(object);
+    const quint32 begin = children.empty() ? text.node(object).value.begin + 1
+                                           : text.node(*children.begin()).key.begin;
+    splices.push_back(
+        {{begin, begin}, written.join(between) + (children.empty() ? QByteArray() : between)});
+}
+
+void JsonEdits::wrap(Index index, const QString& key, const std::vector<Member>& members)
+{
+    const Span value = text.node(index).value;
+    const QByteArray colonText = colon(index);
+    splices.push_back({{value.begin, value.begin}, '{' + writeScalar(key) + colonText});
+    QByteArray rest;
+    for (const Member& member : members) {
+        rest += comma(colonText) + memberText(member, colonText);
+    }
+    splices.push_back({{value.end, value.end}, rest + '}'});
+}
+
+QByteArray JsonEdits::memberText(const Member& member, const QByteArray& colon) const
+{
+    QByteArray written = writeScalar(member.key) + colon;
+    appendValue(written, member.value, colon);
+    return written;
+}
+
+/// The colon and the blanks around it: as an object's first member has them, else as the value's
+/// own key has them, else as the text's first member does.
+QByteArray JsonEdits::colon(Index index) const
+{
+    Index model = index;
+    if (text.kind(index) == Kind::Object && !text.children(index).empty()) {
+        model = *text.children(index).begin();
+    } else if (!text.hasKey(index) && !text.children(JsonText::root).empty()) {
+        model = *text.children(JsonText::root).begin();
+    }
+    if (!text.hasKey(model)) {
+        return QByteArrayLiteral(": ");
+    }
+    const std::string_view found =
+        text.slice({text.node(model).key.end, text.node(model).value.begin});
+    return found.find_first_of("\r\n") == std::string_view::npos ? toBytes(found)
+                                                                 : QByteArrayLiteral(": ");
+}
+
+/// What stands between a comma and the next key of an object: from the last line break on, so that
+/// blank lines are not repeated, or the blanks of an object on one line.
+QByteArray JsonEdits::separator(Index object) const
+{
+    quint32 end = text.node(object).value.begin + 1;
+    QByteArray blanks = comma(colon(object)).mid(1);
+    bool first = true;
+    for (const Index child : text.children(object)) {
+        const JsonText::Node& node = text.node(child);
+        const std::string_view gap = text.slice({end, node.key.begin});
+        const std::size_t lineFeed = gap.rfind('\n');
+        if (lineFeed != std::string_view::npos) {
+            const bool carriageReturn = lineFeed > 0 && gap[lineFeed - 1] == '\r';
+            return toBytes(gap.substr(carriageReturn ? lineFeed - 1 : lineFeed));
+        }
+        if (!first) {
+            return toBytes(gap.substr(gap.find(',') + 1));
+        }
+        first = false;
+        end = node.value.end;
+    }
+    return blanks;
+}
+
+QByteArray JsonEdits::apply() const
+{
+    std::vector<const Splice*> ordered;
+    ordered.reserve(splices.size());
+    for (const Splice& splice : splices) {
+        ordered.push_back(&splice);
+    }
+    // Where one place has both, what is inserted goes in front of what is replaced.
+    std::stable_sort(ordered.begin(), ordered.end(), [](const Splice* left, const Splice* right) {
+        return std::pair(left->old.begin, left->old.end) <
+               std::pair(right->old.begin, right->old.end);
+    });
+    QByteArray result;
+    quint32 copied = 0;
+    const auto copyUpTo = [&](quint32 end) {
+        result.append(text.bytes().constData() + copied, static_cast<int>(end - copied));
+    };
+    for (const Splice* splice : ordered) {
+        copyUpTo(splice->old.begin);
+        result += splice->bytes;
+        copied = splice->old.end;
+    }
+    copyUpTo(static_cast<quint32>(text.bytes().size()));
+    return result;
+}
+
+} // namespace filehost::json

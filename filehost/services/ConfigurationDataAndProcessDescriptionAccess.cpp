@@ -1,0 +1,183 @@
+#include "host/ConfigurationDataAndProcessDescriptionAccess.h"
+
+#include "filehost/Descriptions.h"
+#include "filehost/Files.h"
+#include "filehost/Names.h"
+#include "filehost/Session.h"
+#include "filehost/WorkspaceLock.h"
+#include "filehost/services/ModificationRegister.h"
+#include "filehost/services/Reporting.h"
+#include "filehost/tree/FileTree.h"
+#include "host/PropertyManagerConst.h"
+
+#include <optional>
+
+namespace {
+
+using filehost::File;
+using filehost::Instance;
+using filehost::Kind;
+using filehost::Named;
+using filehost::Problem;
+using filehost::Session;
+using filehost::tree::FileTreeNode;
+
+/// The folder that names are confined to.
+QString rootOf(const QDir& folder)
+{
+    return QDir::cleanPath(folder.absoluteFilePath(QStringLiteral("..")));
+}
+
+/// A file that no session knows of; nothing when its name is refused.
+std::optional<File> fileIn(const QDir& folder, Named what, const QString& name,
+                           QList<Problem>& problems)
+{
+    const QString root = rootOf(folder);
+    const QString path = filehost::confinedPath(root, folder.absolutePath(), what, name, problems);
+    if (path.isEmpty()) {
+        return std::nullopt;
+    }
+    return File{filehost::canonicalPath(path), filehost::shownPath(root, path)};
+}
+
+/// The thread's session if a folder is in its workspace.
+Session* sessionFor(const QDir& folder)
+{
+    Session* const session = Session::current();
+    const bool isConcerned =
+        session != nullptr &&
+        filehost::isInside(filehost::canonicalPath(session->workspace().directory()),
+                           filehost::canonicalPath(folder.absolutePath()));
+    return isConcerned ? session : nullptr;
+}
+
+/// An instance of the session's workspace; nothing with a problem when the folder holds none.
+std::optional<Instance> instanceIn(const Session& session, const QDir& folder, const QString& name,
+                                   QList<Problem>& problems)
+{
+    const QString root = session.workspace().directory();
+    const QString path = filehost::canonicalPath(folder.absolutePath());
+    for (const Kind kind : {Kind::Configuration, Kind::Process}) {
+        const QString base = filehost::canonicalPath(
+            kind == Kind::Process ? PropertyManagerConst::getProcessFolderPath(root)
+                                  : PropertyManagerConst::getConfigurationFolderPath(root));
+        if (path == base) {
+            return Instance{kind, name};
+        }
+        if (filehost::isInside(base, path)) {
+            return Instance{kind, QDir(base).relativeFilePath(path) + QLatin1Char('/') + name};
+        }
+    }
+    problems.append({Problem::Code::Name, filehost::shownPath(root, path), 0, 0,
+                     QStringLiteral("the folder of \"%1\" is none for instances").arg(name),
+                     QStringLiteral("put instances into configuration/ or process/")});
+    return std::nullopt;
+}
+
+/// Replaces what a file holds by a tree, as one unit of work.
+bool storeAlone(filehost::tree::FileTree& tree, const QString& root, const File& file,
+                QList<Problem>& problems, bool& changed)
+{
+    const bool isFromFile = tree.path() == file.path;
+    const QByteArray bytes = tree.render();
+    if (isFromFile && tree.inFile()->bytes() == bytes) {
+        return true;
+    }
+    filehost::WorkspaceLock lock(root);
+    if (!lock.take({}, problems)) {
+        return false;
+    }
+    std::shared_ptr<const filehost::json::JsonText> expected = tree.inFile();
+    if (!isFromFile) {
+        const bool isNew = !filehost::exists(file);
+        expected = isNew ? nullptr : filehost::readTree(file, problems);
+        if (!isNew && !expected) {
+            return false; // what cannot be read is not to be overwritten
+        }
+    }
+    if (expected && expected->bytes() == bytes) {
+        return true;
+    }
+    const auto text = filehost::parseTree(bytes, file.shown, problems);
+    if (!text || !filehost::replaceBytes(file, expected.get(), bytes, problems)) {
+        return false;
+    }
+    changed = true;
+    if (isFromFile) {
+        tree.setInFile(text);
+    }
+    return true;
+}
+
+} // namespace
+
+QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& dependencyFolder,
+                                                                    const QString& dependencyName)
+{
+    Session* const session = sessionFor(dependencyFolder);
+    if (session != nullptr &&
+        filehost::canonicalPath(dependencyFolder.absolutePath()) ==
+            filehost::canonicalPath(
+                PropertyManagerConst::getDependencyFolderPath(session->workspace().directory()))) {
+        return session->description(dependencyName);
+    }
+    QList<Problem> problems;
+    const std::optional<File> file =
+        fileIn(dependencyFolder, Named::Description, dependencyName, problems);
+    const QString text = file ? filehost::readDescription(*file, problems) : QString();
+    if (file && !text.isEmpty()) {
+        filehost::rememberHandedOut(text, file->shown);
+    }
+    filehost::explainMissing(
+        problems, Named::Description, dependencyName,
+        filehost::namesIn(dependencyFolder.absolutePath(), Named::Description));
+    filehost::report(problems);
+    return text;
+}
+
+BaseClassSharedPointer
+ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescription(
+    const QDir& folder, const QString& instanceName, bool isProcess)
+{
+    QList<Problem> problems;
+    if (Session* const session = sessionFor(folder)) {
+        const std::optional<Instance> instance =
+            instanceIn(*session, folder, instanceName, problems);
+        filehost::report(problems);
+        return instance ? session->load(*instance) : BaseClassSharedPointer();
+    }
+    const Named what = isProcess ? Named::Process : Named::Configuration;
+    const std::optional<File> file = fileIn(folder, what, instanceName, problems);
+    const auto text = file ? filehost::readTree(*file, problems) : nullptr;
+    filehost::explainMissing(problems, what, instanceName,
+                             filehost::namesIn(folder.absolutePath(), what));
+    filehost::report(problems);
+    return text ? FileTreeNode::makeRoot(text, file->path) : BaseClassSharedPointer();
+}
+
+bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcessDescription(
+    const QDir& folder, const QString& originFirst, const QString& originSecond,
+    const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
+{
+    QList<Problem> problems;
+    if (Session* const session = sessionFor(folder)) {
+        const std::optional<Instance> instance =
+            instanceIn(*session, folder, instanceName, problems);
+        filehost::report(problems);
+        return instance && session->store(*instance, tree, originFirst, originSecond);
+    }
+    filehost::tree::FileTree* const source = FileTreeNode::treeOf(tree);
+    if (source == nullptr) {
+        problems.append(filehost::tree::notATree(instanceName));
+    }
+    const std::optional<File> file =
+        fileIn(folder, isProcess ? Named::Process : Named::Configuration, instanceName, problems);
+    bool changed = false;
+    const bool isStored =
+        source != nullptr && file && storeAlone(*source, rootOf(folder), *file, problems, changed);
+    if (changed) {
+        filehost::ModificationRegister::instance().record(originFirst, originSecond, instanceName);
+    }
+    filehost::report(problems);
+    return isStored;
+}

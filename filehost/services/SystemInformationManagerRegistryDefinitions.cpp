@@ -1,0 +1,6 @@
+#include "host/SystemInformationManagerRegistryDefinitions.h"
+
+QString SystemInformationManagerRegistryDefinitions::getKeyLastModified()
+{
+    return QStringLiteral("lastModified");
+}

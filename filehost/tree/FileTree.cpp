@@ -1,0 +1,232 @@
+#include "filehost/tree/FileTree.h"
+
+#include "filehost/Limits.h"
+#include "filehost/json/JsonValue.h"
+#include "host/ConfigurationAndProcessDataDefinitions.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace filehost::tree {
+
+using json::JsonEdits;
+using json::JsonText;
+using json::Member;
+
+namespace {
+
+/// Statuses of a write, as the engine understands them.
+enum Status : int { Changed = 0, Unchanged = 1, Refused = 2 };
+
+template <typename Members>
+auto findKey(Members& members, const QString& key)
+{
+    return std::find_if(members.begin(), members.end(),
+                        [&](const Member& member) { return member.key == key; });
+}
+
+void editObject(JsonEdits& edits, const JsonText& text, JsonText::Index object,
+                const std::vector<Member>& changes)
+{
+    const std::vector<Entry> properties = entries(text, object).properties;
+    std::vector<Member> added;
+    for (const Member& change : changes) {
+        const auto property =
+            std::find_if(properties.begin(), properties.end(),
+                         [&](const Entry& entry) { return entry.name == change.key; });
+        if (property != properties.end()) {
+            edits.replace(property->index, change.value);
+        } else {
+            added.push_back(change);
+        }
+    }
+    edits.insert(object, properties.empty() ? JsonText::none : properties.back().index, added);
+}
+
+/// A short leaf stays short while its value is all it has.
+void editShortLeaf(JsonEdits& edits, JsonText::Index leaf, std::vector<Member> changes)
+{
+    const QString valueKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue();
+    bool isShort = changes.size() == 1;
+    const auto value = findKey(changes, valueKey);
+    if (value != changes.end()) {
+        edits.replace(leaf, value->value);
+        isShort = isShort && value->value.userType() != QMetaType::QVariantMap;
+        changes.erase(value);
+    } else {
+        isShort = false;
+    }
+    if (!isShort) {
+        edits.wrap(leaf, valueKey, changes);
+    }
+}
+
+} // namespace
+
+FileTree::FileTree(std::shared_ptr<const JsonText> text, QString path)
+    : original(std::move(text)), filePath(std::move(path))
+{
+    if (!filePath.isEmpty()) {
+        fileText = original;
+    }
+}
+
+void FileTree::setInFile(std::shared_ptr<const JsonText> text)
+{
+    fileText = std::move(text);
+}
+
+const QVariant* FileTree::written(Index node, const QString& key) const
+{
+    const auto atNode = changes.find(node);
+    if (atNode == changes.end()) {
+        return nullptr;
+    }
+    const auto change = findKey(atNode->second, key);
+    return change == atNode->second.end() ? nullptr : &change->value;
+}
+
+void FileTree::write(Index node, const QString& key, const QVariant& value)
+{
+    std::vector<Member>& atNode = changes[node];
+    const auto change = findKey(atNode, key);
+    if (change == atNode.end()) {
+        atNode.push_back({key, value});
+    } else {
+        change->value = value;
+    }
+}
+
+void FileTree::unwrite(Index node, const QString& key)
+{
+    const auto atNode = changes.find(node);
+    if (atNode == changes.end()) {
+        return;
+    }
+    const auto change = findKey(atNode->second, key);
+    if (change != atNode->second.end()) {
+        atNode->second.erase(change);
+    }
+    if (atNode->second.empty()) {
+        changes.erase(atNode);
+    }
+}
+
+QByteArray FileTree::render() const
+{
+    JsonEdits edits(*original);
+    for (const auto& [node, atNode] : changes) {
+        if (original->kind(node) == JsonText::Kind::Object) {
+            editObject(edits, *original, node, atNode);
+        } else {
+            editShortLeaf(edits, node, atNode);
+        }
+    }
+    return edits.apply();
+}
+
+Problem notATree(const QString& name)
+{
+    return {Problem::Code::NotATree,
+            {},
+            0,
+            0,
+            QStringLiteral("what was to be stored as \"%1\" is no tree of this host").arg(name),
+            QStringLiteral("store the root of a tree that was loaded or parsed here")};
+}
+
+BaseClassSharedPointer FileTreeNode::makeRoot(std::shared_ptr<const JsonText> text,
+                                              const QString& path)
+{
+    return QSharedPointer<FileTreeNode>::create(std::make_shared<FileTree>(std::move(text), path),
+                                                JsonText::root, 1);
+}
+
+FileTree* FileTreeNode::treeOf(const BaseClassSharedPointer& root)
+{
+    const auto* node = dynamic_cast<const FileTreeNode*>(root.data());
+    return node != nullptr && node->index == JsonText::root ? node->shared.get() : nullptr;
+}
+
+FileTreeNode::FileTreeNode(std::shared_ptr<FileTree> tree, Index index, int level)
+    : shared(std::move(tree)), index(index), level(level)
+{}
+
+const NodeEntries& FileTreeNode::entries() const
+{
+    if (!found) {
+        found = tree::entries(shared->text(), index);
+    }
+    return *found;
+}
+
+const QHash<QString, BaseClassSharedPointer>& FileTreeNode::children() const
+{
+    if (!childNodes) {
+        childNodes.emplace();
+        for (const Entry& child : entries().children) {
+            childNodes->insert(
+                child.name, QSharedPointer<FileTreeNode>::create(shared, child.index, level + 1));
+        }
+    }
+    return *childNodes;
+}
+
+BaseClassSharedPointer FileTreeNode::getChildData(const QString& url)
+{
+    if (url.isEmpty()) {
+        return {};
+    }
+    const QHash<QString, BaseClassSharedPointer>& named = children();
+    for (int slash = url.indexOf(QLatin1Char('/')); slash >= 0;
+         slash = url.indexOf(QLatin1Char('/'), slash + 1)) {
+        const BaseClassSharedPointer child = named.value(url.left(slash));
+        const BaseClassSharedPointer node =
+            child.isNull() ? child : child->getChildData(url.mid(slash + 1));
+        if (!node.isNull()) {
+            return node;
+        }
+    }
+    return named.value(url);
+}
+
+bool FileTreeNode::hasChildData(const QString& url)
+{
+    return !getChildData(url).isNull();
+}
+
+QVariant FileTreeNode::originalProperty(const QString& key) const
+{
+    for (const Entry& property : entries().properties) {
+        if (property.name == key) {
+            return propertyValue(shared->text(), property.index);
+        }
+    }
+    return {};
+}
+
+QVariant FileTreeNode::getDataProperty(const QString& key)
+{
+    const QVariant* const written = shared->written(index, key);
+    return written != nullptr ? *written : originalProperty(key);
+}
+
+int FileTreeNode::setDataProperty(const QString& key, const QVariant& value)
+{
+    const std::optional<QVariant> held = json::normalized(value, limits::depth - level);
+    if (!isPropertyKey(key) || !key.isValidUtf16() || !held ||
+        held->userType() == QMetaType::Nullptr) {
+        return Refused;
+    }
+    if (json::isSame(*held, getDataProperty(key))) {
+        return Unchanged;
+    }
+    if (json::isSame(*held, originalProperty(key))) {
+        shared->unwrite(index, key);
+    } else {
+        shared->write(index, key, *held);
+    }
+    return Changed;
+}
+
+} // namespace filehost::tree

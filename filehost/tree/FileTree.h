@@ -1,0 +1,100 @@
+#ifndef UNITFLOW_FILEHOST_TREE_FILETREE_H
+#define UNITFLOW_FILEHOST_TREE_FILETREE_H
+
+#include "filehost/json/JsonEdits.h"
+#include "filehost/json/JsonText.h"
+#include "filehost/tree/TreeFormat.h"
+#include "host/ConfigurationAndProcessDataBase.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace filehost::tree {
+
+/// A text and what was written over it: what all nodes of one tree share. The text stays as it is;
+/// only properties that differ from it are kept.
+class FileTree {
+public:
+    using Index = json::JsonText::Index;
+
+    /// `path` is the file that the text came from; empty when it came from none.
+    FileTree(std::shared_ptr<const json::JsonText> text, QString path);
+
+    const json::JsonText& text() const { return *original; }
+    const QString& path() const { return filePath; }
+
+    /// What the tree's file holds as far as the tree knows: the text it was read from, or what was
+    /// made of the tree since. Null without a file.
+    const std::shared_ptr<const json::JsonText>& inFile() const { return fileText; }
+    void setInFile(std::shared_ptr<const json::JsonText> text);
+
+    /// Null unless it was written and differs from the text.
+    const QVariant* written(Index node, const QString& key) const;
+
+    /// Keeps a normalized value over the text.
+    void write(Index node, const QString& key, const QVariant& value);
+
+    /// Forgets what was written, because the text says the same.
+    void unwrite(Index node, const QString& key);
+
+    /// The text with everything that was written.
+    QByteArray render() const;
+
+private:
+    std::shared_ptr<const json::JsonText> original;
+    std::shared_ptr<const json::JsonText> fileText;
+    QString filePath;
+    std::map<Index, std::vector<json::Member>> changes; ///< by node; each in the order written
+};
+
+/// The problem of what was to be stored under a name but is no tree of this host.
+Problem notATree(const QString& name);
+
+/// A node of a tree that lies in a JSON text. Making one costs nothing but memory for itself: what
+/// it holds is looked up when it is first asked for, values are decoded each time. It keeps the
+/// text alive, and its children, but no child keeps its parent.
+class FileTreeNode final : public ConfigurationAndProcessDataBase {
+public:
+    using Index = json::JsonText::Index;
+
+    /// The root of a fresh tree.
+    static BaseClassSharedPointer makeRoot(std::shared_ptr<const json::JsonText> text,
+                                           const QString& path);
+
+    /// The tree that the node is the root of; null when it is no root, or not of this host.
+    static FileTree* treeOf(const BaseClassSharedPointer& root);
+
+    FileTreeNode(std::shared_ptr<FileTree> tree, Index index, int level);
+
+    const QHash<QString, BaseClassSharedPointer>& children() const;
+
+    /// Child names joined by "/"; nothing for an empty URL. Where a name has a "/" itself, the
+    /// shortest names that lead to a node win.
+    BaseClassSharedPointer getChildData(const QString& url) override;
+    bool hasChildData(const QString& url) override;
+    QVariant getDataProperty(const QString& key) override;
+
+    /// 2 for a key that is none of a property, and for a value that the file cannot hold.
+    int setDataProperty(const QString& key, const QVariant& value) override;
+
+private:
+    const NodeEntries& entries() const;
+    QVariant originalProperty(const QString& key) const;
+
+    std::shared_ptr<FileTree> shared;
+    Index index;
+    int level; // 1 for the root
+
+    // Filled when they are first asked for; the text never changes.
+    mutable std::optional<NodeEntries> found;
+    mutable std::optional<QHash<QString, BaseClassSharedPointer>> childNodes;
+};
+
+} // namespace filehost::tree
+
+#endif

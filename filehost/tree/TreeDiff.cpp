@@ -1,0 +1,98 @@
+#include "filehost/tree/TreeDiff.h"
+
+#include "filehost/json/JsonValue.h"
+#include "filehost/tree/TreeFormat.h"
+
+#include <QHash>
+
+namespace filehost::tree {
+
+namespace {
+
+using Index = json::JsonText::Index;
+using json::JsonText;
+
+/// A node in one of the two texts, or its absence there.
+struct Side {
+    const JsonText* text;
+    Index index;
+
+    bool isAbsent() const { return text == nullptr || index == JsonText::none; }
+    std::string_view spelling() const { return text->slice(text->node(index).value); }
+    Side at(Index other) const { return {text, other}; }
+    NodeEntries entries() const { return isAbsent() ? NodeEntries() : tree::entries(*text, index); }
+    QVariant property() const { return isAbsent() ? QVariant() : propertyValue(*text, index); }
+};
+
+struct Pair {
+    QString name;
+    Index before;
+    Index after;
+};
+
+/// The entries of both sides by name, in the order of `after`.
+std::vector<Pair> paired(const std::vector<Entry>& before, const std::vector<Entry>& after)
+{
+    QHash<QString, Index> old;
+    for (const Entry& entry : before) {
+        old.insert(entry.name, entry.index);
+    }
+    std::vector<Pair> pairs;
+    for (const Entry& entry : after) {
+        const auto same = old.find(entry.name);
+        const bool isNew = same == old.end();
+        pairs.push_back({entry.name, isNew ? JsonText::none : *same, entry.index});
+        if (!isNew) {
+            old.erase(same);
+        }
+    }
+    for (const Entry& entry : before) {
+        if (old.contains(entry.name)) {
+            pairs.push_back({entry.name, entry.index, JsonText::none});
+        }
+    }
+    return pairs;
+}
+
+class Comparison {
+public:
+    Comparison(Instance instance, QList<LeafChange>& changes)
+        : instance(std::move(instance)), changes(changes)
+    {}
+
+    /// The recursion is bounded by the depth of the texts.
+    void compare(Side before, Side after, const QString& url)
+    {
+        if (!before.isAbsent() && !after.isAbsent() && before.spelling() == after.spelling()) {
+            return;
+        }
+        const NodeEntries old = before.entries();
+        const NodeEntries present = after.entries();
+        for (const Pair& pair : paired(old.properties, present.properties)) {
+            const QVariant oldValue = before.at(pair.before).property();
+            const QVariant newValue = after.at(pair.after).property();
+            if (!json::isSame(oldValue, newValue)) {
+                changes.append({instance, url, pair.name, oldValue, newValue});
+            }
+        }
+        const QString prefix = url.isEmpty() ? url : url + QLatin1Char('/');
+        for (const Pair& pair : paired(old.children, present.children)) {
+            compare(before.at(pair.before), after.at(pair.after), prefix + pair.name);
+        }
+    }
+
+private:
+    Instance instance;
+    QList<LeafChange>& changes;
+};
+
+} // namespace
+
+void addChanges(const Instance& instance, const JsonText* before, const JsonText& after,
+                QList<LeafChange>& changes)
+{
+    Comparison(instance, changes)
+        .compare({before, JsonText::root}, {&after, JsonText::root}, QString());
+}
+
+} // namespace filehost::tree
