@@ -88,7 +88,8 @@ bool DependencyWalker::initDependencyGraphByJsonString(const QString& json)
 bool DependencyWalker::initDependencyGraphByJsonFile(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // Opening no file at all would make Qt write a warning of its own.
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return false;
     }
     const QByteArray bytes = file.readAll();

@@ -8,6 +8,24 @@
 
 namespace {
 
+bool hasPlace(const QString& text)
+{
+    for (int at = text.indexOf(QLatin1Char('%')); at >= 0;
+         at = text.indexOf(QLatin1Char('%'), at + 1)) {
+        const int digit = text.midRef(at + 1, 1) == QLatin1String("L") ? at + 2 : at + 1;
+        if (digit < text.size() && text.at(digit).digitValue() >= 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Filling a text without a place would make Qt write a warning of its own.
+QString fillLowestPlace(const QString& text, const QString& value)
+{
+    return hasPlace(text) ? text.arg(value) : text;
+}
+
 QString fillTemplate(const QString& urlTemplate, const QVariantList& parameters)
 {
     if (parameters.size() != 2 || !parameters.at(0).canConvert(QMetaType::QString) ||
@@ -16,7 +34,8 @@ QString fillTemplate(const QString& urlTemplate, const QVariantList& parameters)
     }
     // One after the other, not both at once: a %1 inside the first parameter is filled by the
     // second.
-    return urlTemplate.arg(parameters.at(0).toString()).arg(parameters.at(1).toString());
+    return fillLowestPlace(fillLowestPlace(urlTemplate, parameters.at(0).toString()),
+                           parameters.at(1).toString());
 }
 
 } // namespace
