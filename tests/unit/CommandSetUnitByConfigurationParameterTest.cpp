@@ -2,6 +2,8 @@
 
 #include "CommandFixture.h"
 
+#include <random>
+
 using testhost::table;
 using testhost::tree;
 
@@ -111,6 +113,10 @@ TEST_F(SetUnitByParameter, fills_the_template_from_exactly_two_parameters)
         {"so it is with three", "%1/%2", {"a", "b", "c"}, "%1/%2"},
         {"so it is when the first is no text", "%1/%2", {QVariant(), "b"}, "%1/%2"},
         {"so it is when the second is no text", "%1/%2", {"a", QVariant(QVariantList{})}, "%1/%2"},
+        {"the lowest number takes the first parameter", "%7/%3", {"a", "b"}, "b/a"},
+        {"a number that stands alone does too", "%2", {"a", "b"}, "a"},
+        {"a template with one place drops the second parameter", "%1", {"a", "b"}, "a"},
+        {"a template without places drops both", "Leaf%", {"a", "b"}, "Leaf%"},
         {"empty texts fill too", "%1/%2", {"", ""}, "/"},
         {"the parameters are filled in one after the other", "%1/%2", {"%3", "b"}, "%3/b"},
         {"what the first brings along may be filled by the second", "%1/%2", {"%1", "b"}, "b/%2"},
@@ -123,6 +129,33 @@ TEST_F(SetUnitByParameter, fills_the_template_from_exactly_two_parameters)
         execute(command, row.parameters);
         EXPECT_EQ(host.takeCalls(),
                   QStringList{QString("getChildData(target, ") + row.lookedUp + ')'});
+    }
+}
+
+TEST_F(SetUnitByParameter, fills_random_templates_like_two_calls_of_arg_but_in_silence)
+{
+    const QStringList pieces{"%", "L", "0", "1", "2", "9", "/", "a"};
+    std::mt19937 random(20); // NOLINT(cert-msc51-cpp): the same templates in every run
+    const auto text = [&](int length) {
+        QString built;
+        for (int i = 0; i < length; ++i)
+            built += pieces.at(int(random() % unsigned(pieces.size())));
+        return built;
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const QString urlTemplate = text(int(random() % 12));
+        const QString first = text(int(random() % 4));
+        const QString second = text(int(random() % 4));
+        CommandSetUnitByConfigurationParameter command(
+            table(QString(R"([["s", "", "TEMPLATE"]])").replace("TEMPLATE", urlTemplate)));
+        host.takeCalls();
+        execute(command, {first, second});
+        ASSERT_EQ(messages.take(), QList<testhost::Message>()) << urlTemplate.toStdString();
+
+        const QString filled = urlTemplate.arg(first).arg(second);
+        messages.take(); // Qt's own, about templates without places
+        ASSERT_EQ(host.takeCalls(), QStringList{"getChildData(target, " + filled + ')'})
+            << urlTemplate.toStdString();
     }
 }
 
