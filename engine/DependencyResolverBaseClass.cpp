@@ -145,16 +145,25 @@ bool DependencyResolverBaseClass::resolveDependencyInternal(
         return true; // an absent tree has nothing to resolve, which is no failure
     }
 
+    // Held for all URLs: the host may let go of its own inside any call.
+    const BaseClassSharedPointer source = sourceRoot;
+    const BaseClassSharedPointer target = targetRoot;
+    const QSharedPointer<UnitManipulatorBase> unitManipulator = manipulator;
+    const QVariantList values = parameters;
+    QStringList traversed = urls;
+
     DependencyWalker walker;
     bool ok = walker.initDependencyGraphByJsonString(dependencyJson);
-    QStringList traversed = urls.isEmpty() ? walker.getDependencyUrlList() : urls;
+    if (traversed.isEmpty()) {
+        traversed = walker.getDependencyUrlList();
+    }
     if (traversed.isEmpty()) {
         traversed.append(QLatin1String(""));
     }
     QVariantList results;
     for (const QString& url : qAsConst(traversed)) {
-        const bool answered = walker.traverseDependencyGraph(url, sourceRoot, targetRoot, results,
-                                                             changed, parameters, manipulator);
+        const bool answered = walker.traverseDependencyGraph(url, source, target, results, changed,
+                                                             values, unitManipulator);
         ok = ok && answered; // every URL runs, also after one that failed
     }
     return ok;

@@ -42,7 +42,8 @@ bool DependencyWalker::initDependencyGraph(const BaseClassSharedPointer& descrip
     reset();
     unconditionalNodes.clear();
 
-    for (const auto& [name, child] : internal::sortedChildren(*description)) {
+    const BaseClassSharedPointer root = description; // the caller may let go of its own meanwhile
+    for (const auto& [name, child] : internal::sortedChildren(*root)) {
         const QVariant type = internal::nodeType(child);
         if (!type.canConvert(QMetaType::QString)) {
             continue;
@@ -123,20 +124,25 @@ bool DependencyWalker::traverseDependencyGraph(
     const BaseClassSharedPointer& targetRoot, QVariantList& results, bool& changed,
     QVariantList parameters, const QSharedPointer<UnitManipulatorBase>& manipulator)
 {
+    // A node calls the host, which may rebuild this walker and let go of what it handed over. So
+    // everything that is used after such a call is held here, the lists of nodes included.
+    const QString writtenUrl = url;
+    const BaseClassSharedPointer source = sourceRoot;
+    const BaseClassSharedPointer target = targetRoot;
+    const QSharedPointer<UnitManipulatorBase> unitManipulator = manipulator;
     bool outcome = false;
-    // The list is the caller's own copy: a node may call the host, which may rebuild this walker.
     const auto run = [&](const QList<QSharedPointer<NodeBase>>& nodes) {
         for (const QSharedPointer<NodeBase>& node : nodes) {
-            if (!node.isNull() && node->traverseNode(sourceRoot, targetRoot, url, results, changed,
-                                                     parameters, manipulator)) {
+            if (!node.isNull() && node->traverseNode(source, target, writtenUrl, results, changed,
+                                                     parameters, unitManipulator)) {
                 outcome = true;
             }
         }
     };
 
-    run(urlNodeMap.values(url));
+    run(urlNodeMap.values(writtenUrl));
     QList<QSharedPointer<NodeBase>> matches;
-    filterRegExpMatches(url, matches);
+    filterRegExpMatches(writtenUrl, matches);
     run(matches);
     run(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
     return outcome;
