@@ -54,6 +54,19 @@ Named named(Kind kind)
     return kind == Kind::Process ? Named::Process : Named::Configuration;
 }
 
+QString folderOf(const QString& root, Named what)
+{
+    switch (what) {
+    case Named::Configuration:
+        return PropertyManagerConst::getConfigurationFolderPath(root);
+    case Named::Process:
+        return PropertyManagerConst::getProcessFolderPath(root);
+    case Named::Description:
+        break;
+    }
+    return PropertyManagerConst::getDependencyFolderPath(root);
+}
+
 QString wordsFor(Named what)
 {
     switch (what) {
@@ -166,16 +179,16 @@ QStringList namesIn(const QString& folder, Named what)
 }
 
 void explainMissing(QList<Problem>& problems, Named what, const QString& name,
-                    const QStringList& known)
+                    const QString& folder)
 {
     for (Problem& problem : problems) {
-        if (problem.code == Problem::Code::Missing) {
-            const QString nearest = nearestName(name, known);
-            problem.message = QStringLiteral("there is no %1 \"%2\"").arg(wordsFor(what), name);
-            problem.advice = nearest.isEmpty()
-                                 ? QStringLiteral("write it to %1").arg(problem.file)
-                                 : QStringLiteral("did you mean \"%1\"?").arg(nearest);
+        if (problem.code != Problem::Code::Missing) {
+            continue;
         }
+        const QString nearest = nearestName(name, namesIn(folder, what));
+        problem.message = QStringLiteral("there is no %1 \"%2\"").arg(wordsFor(what), name);
+        problem.advice = nearest.isEmpty() ? QStringLiteral("write it to %1").arg(problem.file)
+                                           : QStringLiteral("did you mean \"%1\"?").arg(nearest);
     }
 }
 

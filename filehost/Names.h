@@ -16,6 +16,9 @@ enum class Named { Configuration, Process, Description };
 Named named(Kind kind);
 QString wordsFor(Named what);
 
+/// Where a workspace keeps what the names stand for.
+QString folderOf(const QString& root, Named what);
+
 /// False with a problem when a name is not allowed: an empty or absolute one, one with an empty,
 /// "." or ".." segment, with characters that no file name can have, or the manifest's as the name
 /// of a configuration.
@@ -44,9 +47,10 @@ QString shownPath(const QString& root, const QString& path);
 /// All allowed names of files below a folder, in ascending order.
 QStringList namesIn(const QString& folder, Named what);
 
-/// Says in a missing file's problem what it was looked for as, and which known name is alike.
+/// Says in a missing file's problem what it was looked for as, and which name in the folder is
+/// alike.
 void explainMissing(QList<Problem>& problems, Named what, const QString& name,
-                    const QStringList& known);
+                    const QString& folder);
 
 /// The known name most like a wrong one; empty when none is alike.
 QString nearestName(const QString& wrong, const QStringList& known);

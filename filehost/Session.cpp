@@ -8,8 +8,6 @@
 #include "filehost/tree/FileTree.h"
 #include "filehost/tree/TreeDiff.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -28,6 +26,11 @@ struct StoredFile {
     File file;
     TextPointer inFile;    ///< null when there is none that can be read
     TextPointer stored;    ///< null like `inFile` until something is stored
+    QList<Problem> whyNot; ///< what stood against reading it
+};
+
+struct Description {
+    QString text;
     QList<Problem> whyNot; ///< what stood against reading it
 };
 
@@ -61,7 +64,7 @@ public:
     bool hasBegun = false;
     std::map<QString, StoredFile> files; ///< by path, so that two names of one file share it
     std::vector<StoredFile*> toCommit;   ///< in the order in which they were first stored
-    QHash<QString, QString> descriptions;
+    std::map<QString, Description> descriptions; ///< by path
     QList<Problem> problems;
 };
 
@@ -97,7 +100,7 @@ StoredFile* Session::Private::fileOf(const Instance& instance)
         file.inFile = readTree(file.file, file.whyNot);
         file.stored = file.inFile;
         explainMissing(file.whyNot, named(instance.kind), instance.name,
-                       workspace.instanceNames(instance.kind));
+                       folderOf(workspace.directory(), named(instance.kind)));
     }
     return &file;
 }
@@ -147,20 +150,23 @@ const Workspace& Session::workspace() const
 
 QString Session::description(const QString& name)
 {
-    QList<Problem> problems;
-    const QString path = d->workspace.dependencyPath(name, problems);
-    const File file{path, shownPath(d->workspace.directory(), path)};
-    auto known = d->descriptions.find(path);
-    if (!path.isEmpty() && known == d->descriptions.end()) {
-        known = d->descriptions.insert(path, readDescription(file, problems));
-        explainMissing(problems, Named::Description, name, d->workspace.dependencyNames());
-    }
-    d->report(problems);
+    QList<Problem> refused;
+    const QString path = d->workspace.dependencyPath(name, refused);
+    d->report(refused);
     if (path.isEmpty()) {
         return {};
     }
-    rememberHandedOut(*known, file.shown);
-    return *known;
+    const File file{path, shownPath(d->workspace.directory(), path)};
+    const auto [place, isNew] = d->descriptions.try_emplace(path);
+    Description& description = place->second;
+    if (isNew) {
+        description.text = readDescription(file, description.whyNot);
+        explainMissing(description.whyNot, Named::Description, name,
+                       folderOf(d->workspace.directory(), Named::Description));
+    }
+    d->report(description.whyNot);
+    rememberHandedOut(description.text, file.shown);
+    return description.text;
 }
 
 BaseClassSharedPointer Session::load(const Instance& instance)

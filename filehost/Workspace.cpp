@@ -13,23 +13,6 @@
 
 namespace filehost {
 
-namespace {
-
-QString folderPath(const QString& root, Named what)
-{
-    switch (what) {
-    case Named::Configuration:
-        return PropertyManagerConst::getConfigurationFolderPath(root);
-    case Named::Process:
-        return PropertyManagerConst::getProcessFolderPath(root);
-    case Named::Description:
-        break;
-    }
-    return PropertyManagerConst::getDependencyFolderPath(root);
-}
-
-} // namespace
-
 bool operator==(const Instance& left, const Instance& right)
 {
     return left.kind == right.kind && left.name == right.name;
@@ -45,9 +28,9 @@ Workspace::Workspace(QString directory) : root(std::move(directory)) {}
 std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem>& problems)
 {
     const QString root = QDir::cleanPath(QDir(directory).absolutePath());
-    const bool isWorkspace = QFileInfo(folderPath(root, Named::Configuration)).isDir() ||
-                             QFileInfo(folderPath(root, Named::Process)).isDir() ||
-                             QFileInfo(folderPath(root, Named::Description)).isDir();
+    const bool isWorkspace = QFileInfo(folderOf(root, Named::Configuration)).isDir() ||
+                             QFileInfo(folderOf(root, Named::Process)).isDir() ||
+                             QFileInfo(folderOf(root, Named::Description)).isDir();
     if (isWorkspace) {
         return Workspace(root);
     }
@@ -68,12 +51,12 @@ QString Workspace::directory() const
 
 QStringList Workspace::instanceNames(Kind kind) const
 {
-    return namesIn(folderPath(root, named(kind)), named(kind));
+    return namesIn(folderOf(root, named(kind)), named(kind));
 }
 
 QStringList Workspace::dependencyNames() const
 {
-    return namesIn(folderPath(root, Named::Description), Named::Description);
+    return namesIn(folderOf(root, Named::Description), Named::Description);
 }
 
 QList<Link> Workspace::links(QList<Problem>& problems) const
@@ -94,12 +77,12 @@ QList<Link> Workspace::links(QList<Problem>& problems) const
 QString Workspace::instancePath(const Instance& instance, QList<Problem>& problems) const
 {
     const Named what = named(instance.kind);
-    return confinedPath(root, folderPath(root, what), what, instance.name, problems);
+    return confinedPath(root, folderOf(root, what), what, instance.name, problems);
 }
 
 QString Workspace::dependencyPath(const QString& name, QList<Problem>& problems) const
 {
-    return confinedPath(root, folderPath(root, Named::Description), Named::Description, name,
+    return confinedPath(root, folderOf(root, Named::Description), Named::Description, name,
                         problems);
 }
 

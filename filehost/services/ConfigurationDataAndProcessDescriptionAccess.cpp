@@ -8,7 +8,6 @@
 #include "filehost/services/ModificationRegister.h"
 #include "filehost/services/Reporting.h"
 #include "filehost/tree/FileTree.h"
-#include "host/PropertyManagerConst.h"
 
 #include <optional>
 
@@ -58,9 +57,8 @@ std::optional<Instance> instanceIn(const Session& session, const QDir& folder, c
     const QString root = session.workspace().directory();
     const QString path = filehost::canonicalPath(folder.absolutePath());
     for (const Kind kind : {Kind::Configuration, Kind::Process}) {
-        const QString base = filehost::canonicalPath(
-            kind == Kind::Process ? PropertyManagerConst::getProcessFolderPath(root)
-                                  : PropertyManagerConst::getConfigurationFolderPath(root));
+        const QString base =
+            filehost::canonicalPath(filehost::folderOf(root, filehost::named(kind)));
         if (path == base) {
             return Instance{kind, name};
         }
@@ -128,9 +126,8 @@ QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& 
     if (file && !text.isEmpty()) {
         filehost::rememberHandedOut(text, file->shown);
     }
-    filehost::explainMissing(
-        problems, Named::Description, dependencyName,
-        filehost::namesIn(dependencyFolder.absolutePath(), Named::Description));
+    filehost::explainMissing(problems, Named::Description, dependencyName,
+                             dependencyFolder.absolutePath());
     filehost::report(problems);
     return text;
 }
@@ -149,8 +146,7 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
     const Named what = isProcess ? Named::Process : Named::Configuration;
     const std::optional<File> file = fileIn(folder, what, instanceName, problems);
     const auto text = file ? filehost::readTree(*file, problems) : nullptr;
-    filehost::explainMissing(problems, what, instanceName,
-                             filehost::namesIn(folder.absolutePath(), what));
+    filehost::explainMissing(problems, what, instanceName, folder.absolutePath());
     filehost::report(problems);
     return text ? FileTreeNode::makeRoot(text, file->path) : BaseClassSharedPointer();
 }

@@ -1,6 +1,7 @@
 #ifndef UNITFLOW_FILEHOST_TREE_FILETREE_H
 #define UNITFLOW_FILEHOST_TREE_FILETREE_H
 
+#include "filehost/Export.h"
 #include "filehost/json/JsonEdits.h"
 #include "filehost/json/JsonText.h"
 #include "filehost/tree/TreeFormat.h"
@@ -18,7 +19,7 @@ namespace filehost::tree {
 
 /// A text and what was written over it: what all nodes of one tree share. The text stays as it is;
 /// only properties that differ from it are kept.
-class FileTree {
+class UNITFLOW_FILEHOST_EXPORT FileTree {
 public:
     using Index = json::JsonText::Index;
 
@@ -58,7 +59,7 @@ Problem notATree(const QString& name);
 /// A node of a tree that lies in a JSON text. Making one costs nothing but memory for itself: what
 /// it holds is looked up when it is first asked for, values are decoded each time. It keeps the
 /// text alive, and its children, but no child keeps its parent.
-class FileTreeNode final : public ConfigurationAndProcessDataBase {
+class UNITFLOW_FILEHOST_EXPORT FileTreeNode final : public ConfigurationAndProcessDataBase {
 public:
     using Index = json::JsonText::Index;
 
