@@ -1,0 +1,157 @@
+#include "tools/Console.h"
+
+#include "tools/Json.h"
+#include "tools/Links.h"
+#include "tools/Style.h"
+#include "tools/Text.h"
+
+#include <ostream>
+
+namespace tools {
+
+namespace {
+
+void send(std::ostream& stream, const QString& text)
+{
+    stream << text.toStdString() << std::flush;
+}
+
+QString nameOf(filehost::Problem::Code code)
+{
+    using Code = filehost::Problem::Code;
+    switch (code) {
+    case Code::Syntax:
+        return QStringLiteral("syntax");
+    case Code::DuplicateKey:
+        return QStringLiteral("duplicate-key");
+    case Code::NumberRange:
+        return QStringLiteral("number-range");
+    case Code::Depth:
+        return QStringLiteral("depth");
+    case Code::Size:
+        return QStringLiteral("size");
+    case Code::Shape:
+        return QStringLiteral("shape");
+    case Code::Name:
+        return QStringLiteral("name");
+    case Code::Missing:
+        return QStringLiteral("missing");
+    case Code::Read:
+        return QStringLiteral("read");
+    case Code::Write:
+        return QStringLiteral("write");
+    case Code::Conflict:
+        return QStringLiteral("conflict");
+    case Code::Lock:
+        return QStringLiteral("lock");
+    case Code::NotATree:
+        return QStringLiteral("not-a-tree");
+    }
+    return {};
+}
+
+QString nameOf(Severity severity)
+{
+    return severity == Severity::Error ? QStringLiteral("error") : QStringLiteral("warning");
+}
+
+void addProblems(JsonDocument& document, const QList<Diagnostic>& diagnostics)
+{
+    const auto add = [&document](const QString& key, bool isThere, const QVariant& value) {
+        document.add(key, isThere ? value : QVariant());
+    };
+    document.addObjects(QStringLiteral("problems"), diagnostics, [&](const Diagnostic& found) {
+        const filehost::Problem& problem = found.problem;
+        document.add(QStringLiteral("severity"), nameOf(found.severity));
+        document.add(QStringLiteral("code"), nameOf(problem.code));
+        add(QStringLiteral("file"), !problem.file.isEmpty(), problem.file);
+        add(QStringLiteral("line"), problem.line != 0, problem.line);
+        add(QStringLiteral("column"), problem.column != 0, problem.column);
+        document.add(QStringLiteral("message"), problem.message);
+        add(QStringLiteral("advice"), !problem.advice.isEmpty(), problem.advice);
+        if (found.link) {
+            document.addObject(QStringLiteral("link"), [&] { addLink(document, *found.link); });
+        } else {
+            document.add(QStringLiteral("link"), {});
+        }
+    });
+}
+
+QString labelOf(Severity severity, bool color)
+{
+    return severity == Severity::Error ? styled(QStringLiteral("error:"), Style::Error, color)
+                                       : styled(QStringLiteral("warning:"), Style::Warning, color);
+}
+
+} // namespace
+
+Console::Console(const Streams& streams, const GlobalOptions& options)
+    : streams(streams), chosen(options)
+{}
+
+const GlobalOptions& Console::options() const
+{
+    return chosen;
+}
+
+bool Console::color() const
+{
+    return streams.outColor;
+}
+
+void Console::show(const QString& lines)
+{
+    if (!chosen.quiet && !chosen.json) {
+        send(streams.out, lines);
+    }
+}
+
+void Console::write(JsonDocument& document)
+{
+    addProblems(document, reported);
+    send(streams.out, document.finish());
+}
+
+void Console::note(const QString& line)
+{
+    if (!chosen.quiet) {
+        send(streams.err, line + QLatin1Char('\n'));
+    }
+}
+
+void Console::report(const Diagnostic& diagnostic)
+{
+    reported.append(diagnostic);
+
+    QString text = labelOf(diagnostic.severity, streams.errColor) + QLatin1Char(' ') +
+                   filehost::toText(diagnostic.problem) + QLatin1Char('\n');
+    if (diagnostic.link) {
+        text += QStringLiteral("    in the link %1\n").arg(describe(*diagnostic.link));
+    }
+    send(streams.err, text);
+}
+
+void Console::report(const filehost::Problem& problem)
+{
+    report({Severity::Error, problem, std::nullopt});
+}
+
+void Console::report(const QList<filehost::Problem>& problems)
+{
+    for (const filehost::Problem& problem : problems) {
+        report(problem);
+    }
+}
+
+void Console::complain(const QString& text)
+{
+    send(streams.err,
+         labelOf(Severity::Error, streams.errColor) + QLatin1Char(' ') + text + QLatin1Char('\n'));
+}
+
+const QList<Diagnostic>& Console::diagnostics() const
+{
+    return reported;
+}
+
+} // namespace tools

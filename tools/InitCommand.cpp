@@ -1,0 +1,122 @@
+#include "tools/InitCommand.h"
+
+#include "filehost/Problem.h"
+#include "tools/Console.h"
+#include "tools/Json.h"
+#include "tools/Text.h"
+
+#include <CLI/CLI.hpp>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QList>
+#include <QStringList>
+
+// The macro declares a function, which must not happen inside a namespace. It is needed because
+// nothing else refers to the resource in this static library.
+static void registerStarter()
+{
+    Q_INIT_RESOURCE(starter);
+}
+
+namespace tools {
+
+namespace {
+
+using filehost::Problem;
+
+const QString starterFolder = QStringLiteral(":/starter");
+
+const char* const examples = R"(
+Example:
+  unitflow init my-line
+  cd my-line
+  unitflow set controller Settings/TemperatureUnit °F)";
+
+/// The files of the starter, relative to it, in ascending order.
+QStringList starterFiles()
+{
+    registerStarter();
+    QStringList files;
+    QDirIterator all(starterFolder, QDir::Files, QDirIterator::Subdirectories);
+    while (all.hasNext()) {
+        files.append(QDir(starterFolder).relativeFilePath(all.next()));
+    }
+    files.sort();
+    return files;
+}
+
+/// Empty on success, otherwise why not.
+QString copyFile(const QString& from, const QString& to)
+{
+    QFile original(from);
+    QFile copy(to);
+    if (!original.open(QIODevice::ReadOnly)) {
+        return original.errorString();
+    }
+    const QByteArray bytes = original.readAll();
+    const bool isWritten = QDir().mkpath(QFileInfo(to).path()) &&
+                           copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
+                           copy.write(bytes) == bytes.size() && copy.flush();
+    return isWritten ? QString() : copy.errorString();
+}
+
+} // namespace
+
+CLI::App* InitCommand::declare(CLI::App& program)
+{
+    CLI::App* command = program.add_subcommand("init", "Write a small workspace to start from");
+    command->add_option("DIR", directoryArgument, "A folder that is empty or not there yet")
+        ->required()
+        ->option_text(" ");
+    command->footer(examples);
+    return command;
+}
+
+ExitCode InitCommand::run(Console& console)
+{
+    const QString given = QString::fromStdString(directoryArgument);
+    const ExitCode exitCode = work(QDir(console.options().directory).filePath(given), console);
+    if (console.options().json) {
+        JsonDocument json(QStringLiteral("init"), exitCode);
+        json.add(QStringLiteral("directory"), given);
+        json.add(QStringLiteral("files"), written);
+        console.write(json);
+    } else if (exitCode == ExitCode::Done) {
+        console.show(
+            QStringLiteral("%1 is ready; its README.md says what to try:\n").arg(printable(given)));
+        for (const QString& file : written) {
+            console.show(QStringLiteral("  %1\n").arg(file));
+        }
+    }
+    return exitCode;
+}
+
+ExitCode InitCommand::work(const QString& directory, Console& console)
+{
+    constexpr QDir::Filters everything =
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    const QFileInfo place(directory);
+    const bool isFree = !place.exists() || (place.isDir() && QDir(directory).isEmpty(everything));
+    if (!isFree) {
+        console.report(Problem{Problem::Code::Write, directory, 0, 0,
+                               place.isDir() ? QStringLiteral("the folder is not empty")
+                                             : QStringLiteral("this is no folder"),
+                               QStringLiteral("Name a folder that is empty or not there yet.")});
+        return ExitCode::Failed;
+    }
+
+    for (const QString& file : starterFiles()) {
+        const QString path = QDir(directory).filePath(file);
+        const QString error = copyFile(starterFolder + QLatin1Char('/') + file, path);
+        if (!error.isEmpty()) {
+            console.report(Problem{Problem::Code::Write, path, 0, 0, error, {}});
+            return ExitCode::Failed;
+        }
+        written.append(file);
+    }
+    return ExitCode::Done;
+}
+
+} // namespace tools

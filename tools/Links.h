@@ -1,0 +1,62 @@
+#ifndef UNITFLOW_TOOLS_LINKS_H
+#define UNITFLOW_TOOLS_LINKS_H
+
+#include "filehost/FileDependencyResolver.h"
+#include "filehost/Session.h"
+#include "filehost/Workspace.h"
+#include "tools/Console.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace tools {
+
+class JsonDocument;
+
+enum class Outcome {
+    Resolved,   ///< the target follows
+    Unresolved, ///< for some URL no command succeeded; the target is left as it was
+    Failed      ///< something that the link needs could not be had, or its result not be kept
+};
+
+/// One link that was run.
+struct LinkRun {
+    filehost::Link link;
+    QStringList urls; ///< as given; empty for all that the description watches
+    Outcome outcome = Outcome::Failed;
+    bool changed = false; ///< a leaf of the target changed
+};
+
+/// Runs links in a session, one at a time, and reports under a link's name what it ran into.
+class LinkRunner {
+public:
+    LinkRunner(const filehost::Workspace& workspace, filehost::Session& session, Console& console);
+
+    LinkRun run(const filehost::Link& link, const QStringList& urls);
+
+private:
+    void report(const filehost::Link& link, Severity severity, const filehost::Problem& problem);
+    filehost::Problem inDescription(const filehost::Link& link, const QString& message) const;
+
+    filehost::Workspace workspace;
+    filehost::FileDependencyResolver resolver;
+    filehost::Session& session;
+    Console& console;
+};
+
+/// "source → target through dependency".
+QString describe(const filehost::Link& link);
+
+/// The runs with an outcome, in their order.
+QList<LinkRun> withOutcome(const QList<LinkRun>& runs, Outcome outcome);
+
+/// Adds what a link is as members of the object that is open.
+void addLink(JsonDocument& document, const filehost::Link& link);
+
+/// Adds the runs as the member "links".
+void addRuns(JsonDocument& document, const QList<LinkRun>& runs);
+
+} // namespace tools
+
+#endif

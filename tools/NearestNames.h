@@ -1,0 +1,19 @@
+#ifndef UNITFLOW_TOOLS_NEARESTNAMES_H
+#define UNITFLOW_TOOLS_NEARESTNAMES_H
+
+#include <QString>
+#include <QStringList>
+
+namespace tools {
+
+/// At most three of `candidates`, the likeliest meaning of `name` first: few typing errors away,
+/// in another case, or with a part of the path missing. Those far behind the first are left out.
+/// Costs one edit distance for each candidate.
+QStringList nearestNames(const QString& name, const QStringList& candidates);
+
+/// A sentence that names them, empty when there are no candidates.
+QString nearestNamesSentence(const QString& name, const QStringList& candidates);
+
+} // namespace tools
+
+#endif

@@ -1,0 +1,224 @@
+#include "tools/ResolveCommand.h"
+
+#include "tools/Access.h"
+#include "tools/Console.h"
+#include "tools/Json.h"
+#include "tools/Text.h"
+#include "tools/Value.h"
+
+#include <CLI/CLI.hpp>
+#include <QVariantList>
+
+#include <algorithm>
+#include <optional>
+
+namespace tools {
+
+namespace {
+
+using filehost::Kind;
+using filehost::Link;
+using filehost::Problem;
+using filehost::Session;
+using filehost::Workspace;
+
+const char* const examples = R"(
+Without --url, every URL that the description watches is run. A target is stored
+only if a command succeeded for each URL that was run.
+
+Examples:
+  unitflow resolve controller display display-units
+  unitflow resolve controller oven oven-units --process --parameter Zone1/
+  unitflow resolve controller display display-units --url Settings/TemperatureUnit
+  unitflow resolve --all --dry-run)";
+
+QStringList textsOf(const std::vector<std::string>& arguments)
+{
+    QStringList texts;
+    for (const std::string& argument : arguments) {
+        texts.append(QString::fromStdString(argument));
+    }
+    return texts;
+}
+
+QString unresolvedText(const LinkRun& run)
+{
+    QStringList urls;
+    for (const QString& url : run.urls) {
+        urls.append(quoted(url));
+    }
+
+    QString where = QStringLiteral("For one or more of the URLs that the description watches");
+    if (urls.size() == 1) {
+        where = QStringLiteral("For %1").arg(urls.first());
+    } else if (!urls.isEmpty()) {
+        where = QStringLiteral("For one or more of %1").arg(enumerated(urls));
+    }
+    return QStringLiteral("%1 did not resolve\n"
+                          "    %2 no command succeeded. %3 was left as it was.")
+        .arg(describe(run.link), where, printable(run.link.target));
+}
+
+} // namespace
+
+CLI::App* ResolveCommand::declare(CLI::App& program)
+{
+    CLI::App* command =
+        program.add_subcommand("resolve", "Run a description between two instances, or every link");
+    command->add_option("SOURCE", sourceArgument, "The configuration that drives")
+        ->option_text(" ");
+    command->add_option("TARGET", targetArgument, "The instance that follows")->option_text(" ");
+    command->add_option("DEPENDENCY", dependencyArgument, "The description of how it follows")
+        ->option_text(" ");
+    command->add_flag("--all", isAll, "Run every link of links.json instead");
+    command->add_flag("--process", isProcess, "TARGET is a process description");
+    command->add_option("--url", urlArguments, "Run for this URL; may be given again")
+        ->option_text("URL")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--parameter", parameterArguments,
+                     "Hand this to the commands; may be given again")
+        ->option_text("VALUE")
+        ->allow_extra_args(false);
+    command->add_flag("--dry-run", isDryRun, "Show what would change, write nothing");
+    command->footer(examples);
+    return command;
+}
+
+ExitCode ResolveCommand::run(Console& console)
+{
+    if (!checkUsage(console)) {
+        return ExitCode::Failed;
+    }
+
+    const ExitCode exitCode = work(console);
+    if (console.options().json) {
+        writeDocument(console, exitCode);
+    } else {
+        showText(console);
+    }
+    return exitCode;
+}
+
+bool ResolveCommand::checkUsage(Console& console) const
+{
+    const QString hint = QStringLiteral("\n    \"unitflow resolve --help\" shows how.");
+    if (isAll) {
+        const bool isAlone = sourceArgument.empty() && urlArguments.empty() &&
+                             parameterArguments.empty() && !isProcess;
+        if (!isAlone) {
+            console.complain(QStringLiteral("--all runs the links as they stand in links.json; "
+                                            "it goes with --dry-run only") +
+                             hint);
+        }
+        return isAlone;
+    }
+    if (dependencyArgument.empty()) {
+        console.complain(QStringLiteral("SOURCE, TARGET and DEPENDENCY are needed, or --all") +
+                         hint);
+    }
+    return !dependencyArgument.empty();
+}
+
+ExitCode ResolveCommand::work(Console& console)
+{
+    const std::optional<Workspace> workspace = openWorkspace(console);
+    if (!workspace || !collectLinks(*workspace, console)) {
+        return ExitCode::Failed;
+    }
+
+    Session session(*workspace, isDryRun ? Session::Access::Read : Session::Access::Write);
+    if (!beginSession(session, console)) {
+        return ExitCode::Failed;
+    }
+
+    LinkRunner runner(*workspace, session, console);
+    for (const Link& link : links) {
+        runs.append(runner.run(link, textsOf(urlArguments)));
+        if (runs.last().outcome == Outcome::Unresolved) {
+            console.complain(unresolvedText(runs.last()));
+        }
+    }
+    changes = keepChanges(session, isDryRun, console);
+    isDone = changes.allKept;
+    if (!changes.allKept) {
+        return ExitCode::Failed;
+    }
+    const bool allResolved =
+        linksAreSound && withOutcome(runs, Outcome::Resolved).size() == runs.size();
+    return allResolved ? ExitCode::Done : ExitCode::Unresolved;
+}
+
+bool ResolveCommand::collectLinks(const Workspace& workspace, Console& console)
+{
+    if (!isAll) {
+        return linkOfArguments(workspace, console);
+    }
+
+    QList<Problem> problems;
+    links = workspace.links(problems);
+    console.report(problems);
+    linksAreSound = problems.isEmpty();
+    return linksAreSound || !links.isEmpty();
+}
+
+bool ResolveCommand::linkOfArguments(const Workspace& workspace, Console& console)
+{
+    QList<Problem> problems;
+    QVariantList parameters;
+    for (const QString& text : textsOf(parameterArguments)) {
+        parameters.append(parseValue(text, problems));
+    }
+    console.report(problems);
+    if (!problems.isEmpty()) {
+        return false;
+    }
+    const Link link{QString::fromStdString(sourceArgument),
+                    QString::fromStdString(targetArgument),
+                    QString::fromStdString(dependencyArgument),
+                    isProcess,
+                    parameters,
+                    0,
+                    0};
+    links = {link};
+
+    const Kind targetKind = isProcess ? Kind::Process : Kind::Configuration;
+    const bool hasSource = requireInstance(workspace, {Kind::Configuration, link.source}, console);
+    const bool hasTarget = requireInstance(workspace, {targetKind, link.target}, console);
+    const bool hasDependency = requireDependency(workspace, link.dependency, console);
+    return hasSource && hasTarget && hasDependency;
+}
+
+void ResolveCommand::showText(Console& console) const
+{
+    console.show(changesText(changes.list, console.color()));
+    if (!isDone) {
+        return;
+    }
+
+    const int resolved = withOutcome(runs, Outcome::Resolved).size();
+    if (changes.list.isEmpty()) {
+        console.show(QStringLiteral("Nothing changed.\n"));
+    }
+    if (isAll) {
+        console.show(
+            QStringLiteral("%1 of %2 resolved.\n")
+                .arg(resolved)
+                .arg(counted(runs.size(), QStringLiteral("link"), QStringLiteral("links"))));
+    }
+    if (isDryRun) {
+        console.show(QStringLiteral("Dry run: nothing was written.\n"));
+    }
+}
+
+void ResolveCommand::writeDocument(Console& console, ExitCode exitCode) const
+{
+    JsonDocument json(QStringLiteral("resolve"), exitCode);
+    json.add(QStringLiteral("dryRun"), isDryRun);
+    json.add(QStringLiteral("all"), isAll);
+    addChanges(json, changes.list);
+    addRuns(json, runs);
+    console.write(json);
+}
+
+} // namespace tools

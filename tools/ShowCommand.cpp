@@ -1,0 +1,303 @@
+#include "tools/ShowCommand.h"
+
+#include "filehost/Session.h"
+#include "tools/Access.h"
+#include "tools/Changes.h"
+#include "tools/Console.h"
+#include "tools/Json.h"
+#include "tools/Links.h"
+#include "tools/Table.h"
+#include "tools/Text.h"
+#include "tools/Value.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <optional>
+
+namespace tools {
+
+namespace {
+
+using filehost::Instance;
+using filehost::Kind;
+using filehost::Link;
+using filehost::Problem;
+using filehost::Session;
+using filehost::Workspace;
+
+const char* const examples = R"(
+Without INSTANCE: the instances, descriptions and links of the workspace.
+
+Examples:
+  unitflow show
+  unitflow show controller
+  unitflow show controller Settings
+  unitflow show oven Zone1/Temperature --process)";
+
+/// A list whose items are all lists.
+bool isTable(const QVariant& value)
+{
+    const QVariantList rows = value.toList();
+    return !rows.isEmpty() && std::all_of(rows.begin(), rows.end(), [](const QVariant& row) {
+        return row.type() == QVariant::List;
+    });
+}
+
+void addLeaf(Table& table, const Leaf& leaf, const QString& value)
+{
+    const QString unit = leaf.unit.isValid() ? valueText(leaf.unit) : QString();
+    table.addRow({printable(leaf.url), value, unit});
+    for (const Column& column : leaf.columns) {
+        table.addRow({QStringLiteral("  ") + printable(column.name), {}, printable(column.unit)});
+    }
+}
+
+/// The rows of an array below the names and units of its columns.
+QString arrayText(const Leaf& leaf)
+{
+    QStringList names;
+    QStringList units;
+    for (const Column& column : leaf.columns) {
+        names.append(printable(column.name));
+        units.append(printable(column.unit));
+    }
+
+    Table table;
+    table.addRow(names);
+    table.addRow(units);
+    for (const QVariant& row : leaf.value.toList()) {
+        QStringList cells;
+        for (const QVariant& cell : row.toList()) {
+            cells.append(valueText(cell));
+        }
+        table.addRow(cells);
+    }
+    return table.toText(false);
+}
+
+/// One leaf, all of it.
+QString leafText(const Instance& instance, const Leaf& leaf, bool color)
+{
+    Table table;
+    table.addHeading(titleOf(instance));
+    if (!isTable(leaf.value)) {
+        addLeaf(table, leaf, valueText(leaf.value));
+        return table.toText(color);
+    }
+    const QString unit = leaf.unit.isValid() ? valueText(leaf.unit) : QString();
+    table.addRow({printable(leaf.url), shortValueText(leaf.value), unit});
+    return table.toText(color) + arrayText(leaf);
+}
+
+QString leavesText(const Instance& instance, const QList<Leaf>& leaves, bool color)
+{
+    Table table;
+    table.addHeading(titleOf(instance));
+    for (const Leaf& leaf : leaves) {
+        addLeaf(table, leaf, shortValueText(leaf.value));
+    }
+    return table.toText(color);
+}
+
+/// What a workspace has, with the number of links that each thing stands in.
+struct Listing {
+    struct InstanceEntry {
+        Instance instance;
+        int sourceOf;
+        int targetOf;
+    };
+    struct DependencyEntry {
+        QString name;
+        int usedBy;
+    };
+
+    QList<InstanceEntry> instances;
+    QList<DependencyEntry> dependencies;
+    QList<Link> links;
+};
+
+int count(const QList<Link>& links, const std::function<bool(const Link&)>& wanted)
+{
+    return static_cast<int>(std::count_if(links.begin(), links.end(), wanted));
+}
+
+Listing listingOf(const Workspace& workspace, const QList<Link>& links)
+{
+    Listing listing{{}, {}, links};
+    for (const Kind kind : {Kind::Configuration, Kind::Process}) {
+        for (const QString& name : workspace.instanceNames(kind)) {
+            const bool isProcess = kind == Kind::Process;
+            const int sourceOf =
+                count(links, [&](const Link& link) { return !isProcess && link.source == name; });
+            const int targetOf = count(links, [&](const Link& link) {
+                return link.isProcess == isProcess && link.target == name;
+            });
+            listing.instances.append({{kind, name}, sourceOf, targetOf});
+        }
+    }
+    for (const QString& name : workspace.dependencyNames()) {
+        const int usedBy = count(links, [&](const Link& link) { return link.dependency == name; });
+        listing.dependencies.append({name, usedBy});
+    }
+    return listing;
+}
+
+QString linksText(const QString& prefix, int links)
+{
+    return links == 0 ? QString()
+                      : prefix + counted(links, QStringLiteral("link"), QStringLiteral("links"));
+}
+
+QString listingText(const Listing& listing, bool color)
+{
+    Table table;
+    std::optional<Kind> kind;
+    for (const Listing::InstanceEntry& entry : listing.instances) {
+        if (kind != entry.instance.kind) {
+            table.addHeading(nameOf(entry.instance.kind) + QLatin1Char('s'));
+        }
+        kind = entry.instance.kind;
+
+        QStringList roles{linksText(QStringLiteral("source of "), entry.sourceOf),
+                          linksText(QStringLiteral("target of "), entry.targetOf)};
+        roles.removeAll(QString());
+        table.addRow({printable(entry.instance.name), roles.join(QStringLiteral(", "))});
+    }
+    if (!listing.dependencies.isEmpty()) {
+        table.addHeading(QStringLiteral("dependency descriptions"));
+    }
+    for (const Listing::DependencyEntry& entry : listing.dependencies) {
+        table.addRow({printable(entry.name), linksText(QStringLiteral("used by "), entry.usedBy)});
+    }
+
+    table.addHeading(linksText(QString(), listing.links.size()));
+    for (const Link& link : listing.links) {
+        table.addRow({describe(link)});
+    }
+    return table.toText(color);
+}
+
+void writeListing(const Listing& listing, Console& console, ExitCode exitCode)
+{
+    JsonDocument json(QStringLiteral("workspace"), exitCode);
+    json.addObjects(QStringLiteral("instances"), listing.instances,
+                    [&json](const Listing::InstanceEntry& entry) {
+                        json.add(QStringLiteral("name"), entry.instance.name);
+                        json.add(QStringLiteral("process"), entry.instance.kind == Kind::Process);
+                        json.add(QStringLiteral("sourceOf"), entry.sourceOf);
+                        json.add(QStringLiteral("targetOf"), entry.targetOf);
+                    });
+    json.addObjects(QStringLiteral("dependencies"), listing.dependencies,
+                    [&json](const Listing::DependencyEntry& entry) {
+                        json.add(QStringLiteral("name"), entry.name);
+                        json.add(QStringLiteral("usedBy"), entry.usedBy);
+                    });
+    json.addObjects(QStringLiteral("links"), listing.links,
+                    [&json](const Link& link) { addLink(json, link); });
+    console.write(json);
+}
+
+} // namespace
+
+CLI::App* ShowCommand::declare(CLI::App& program)
+{
+    CLI::App* command = program.add_subcommand("show", "Show values and units, or the workspace");
+    command->add_option("INSTANCE", instanceArgument, "The instance to show")->option_text(" ");
+    command->add_option("URL", urlArgument, "Only this leaf, or what is below this node")
+        ->option_text(" ");
+    command->add_flag("--process", isProcess, "INSTANCE is a process description");
+    command->footer(examples);
+    return command;
+}
+
+ExitCode ShowCommand::run(Console& console)
+{
+    const std::optional<Workspace> workspace = openWorkspace(console);
+    return instanceArgument.empty() ? showWorkspace(workspace, console)
+                                    : showInstance(workspace, console);
+}
+
+ExitCode ShowCommand::showWorkspace(const std::optional<Workspace>& workspace, Console& console)
+{
+    Listing listing;
+    if (workspace) {
+        QList<Problem> problems;
+        const QList<Link> links = workspace->links(problems);
+        console.report(problems);
+        listing = listingOf(*workspace, links);
+    }
+    const ExitCode exitCode = console.diagnostics().isEmpty() ? ExitCode::Done : ExitCode::Failed;
+
+    if (console.options().json) {
+        writeListing(listing, console, exitCode);
+    } else if (workspace) {
+        console.show(listingText(listing, console.color()));
+    }
+    return exitCode;
+}
+
+ExitCode ShowCommand::showInstance(const std::optional<Workspace>& workspace, Console& console)
+{
+    const Instance instance{isProcess ? Kind::Process : Kind::Configuration,
+                            QString::fromStdString(instanceArgument)};
+    const std::optional<QList<Leaf>> leaves =
+        workspace ? findLeaves(*workspace, instance, console) : std::nullopt;
+    const ExitCode exitCode = leaves ? ExitCode::Done : ExitCode::Failed;
+
+    if (console.options().json) {
+        writeLeaves(leaves.value_or(QList<Leaf>()), console, exitCode);
+    } else if (leaves) {
+        const bool isOneLeaf = leaves->size() == 1 && leaves->first().url == wantedUrl();
+        console.show(isOneLeaf ? leafText(instance, leaves->first(), console.color())
+                               : leavesText(instance, *leaves, console.color()));
+    }
+    return exitCode;
+}
+
+std::optional<QList<Leaf>> ShowCommand::findLeaves(const Workspace& workspace,
+                                                   const Instance& instance, Console& console) const
+{
+    Session session(workspace, Session::Access::Read);
+    if (!requireInstance(workspace, instance, console) || !beginSession(session, console)) {
+        return std::nullopt;
+    }
+    const BaseClassSharedPointer root = session.load(instance);
+    console.report(session.takeProblems());
+    if (!root) {
+        return std::nullopt;
+    }
+
+    const QString url = wantedUrl();
+    const BaseClassSharedPointer node = url.isEmpty() ? root : root->getChildData(url);
+    if (!node) {
+        console.report(unknownUrl(workspace, instance, root, url));
+        return std::nullopt;
+    }
+    return leavesBelow(node, url);
+}
+
+QString ShowCommand::wantedUrl() const
+{
+    return QString::fromStdString(urlArgument);
+}
+
+void ShowCommand::writeLeaves(const QList<Leaf>& leaves, Console& console, ExitCode exitCode) const
+{
+    JsonDocument json(QStringLiteral("show"), exitCode);
+    json.add(QStringLiteral("instance"), QString::fromStdString(instanceArgument));
+    json.add(QStringLiteral("process"), isProcess);
+    json.addObjects(QStringLiteral("leaves"), leaves, [&json](const Leaf& leaf) {
+        json.add(QStringLiteral("url"), leaf.url);
+        json.add(QStringLiteral("value"), leaf.value);
+        json.add(QStringLiteral("unit"), leaf.unit);
+        json.add(QStringLiteral("type"), leaf.type);
+        json.addObjects(QStringLiteral("columns"), leaf.columns, [&json](const Column& column) {
+            json.add(QStringLiteral("name"), column.name);
+            json.add(QStringLiteral("unit"), column.unit);
+        });
+    });
+    console.write(json);
+}
+
+} // namespace tools

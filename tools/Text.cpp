@@ -1,0 +1,83 @@
+#include "tools/Text.h"
+
+#include <QChar>
+#include <QVector>
+
+#include <algorithm>
+
+namespace tools {
+
+namespace {
+
+bool combines(uint codePoint)
+{
+    const QChar::Category category = QChar::category(codePoint);
+    return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
+}
+
+} // namespace
+
+int displayWidth(const QString& text)
+{
+    const QVector<uint> codePoints = text.toUcs4();
+    return static_cast<int>(std::count_if(codePoints.begin(), codePoints.end(),
+                                          [](uint codePoint) { return !combines(codePoint); }));
+}
+
+QString padded(const QString& text, int width)
+{
+    return text + QString(std::max(0, width - displayWidth(text)), QLatin1Char(' '));
+}
+
+QString elided(const QString& text, int width)
+{
+    if (displayWidth(text) <= width) {
+        return text;
+    }
+
+    QString kept;
+    int room = width - 1;
+    for (const uint codePoint : text.toUcs4()) {
+        room -= combines(codePoint) ? 0 : 1;
+        if (room < 0) {
+            break;
+        }
+        kept += QString::fromUcs4(&codePoint, 1);
+    }
+    return kept + QChar(0x2026);
+}
+
+QString printable(const QString& text)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar character : text) {
+        if (character.category() == QChar::Other_Control) {
+            shown += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            shown += character;
+        }
+    }
+    return shown;
+}
+
+QString quoted(const QString& text)
+{
+    return QLatin1Char('"') + printable(text) + QLatin1Char('"');
+}
+
+QString counted(int count, const QString& one, const QString& many)
+{
+    return QString::number(count) + QLatin1Char(' ') + (count == 1 ? one : many);
+}
+
+QString enumerated(const QStringList& items)
+{
+    if (items.size() < 2) {
+        return items.join(QString());
+    }
+    return items.mid(0, items.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") +
+           items.last();
+}
+
+} // namespace tools

@@ -1,0 +1,34 @@
+#ifndef UNITFLOW_TOOLS_TEXT_H
+#define UNITFLOW_TOOLS_TEXT_H
+
+#include <QString>
+#include <QStringList>
+
+namespace tools {
+
+/// The columns that `text` takes on a terminal: its code points, without those that combine with
+/// the one before them.
+int displayWidth(const QString& text);
+
+/// `text` followed by as many blanks as it lacks to `width`.
+QString padded(const QString& text, int width);
+
+/// `text` cut down to `width` columns, with an ellipsis where something is missing.
+QString elided(const QString& text, int width);
+
+/// `text` with its control characters spelled as JSON spells them, so that a name found in a file
+/// can neither break a line nor command a terminal.
+QString printable(const QString& text);
+
+/// `text` in double quotes, printable.
+QString quoted(const QString& text);
+
+/// "1 leaf", "2 leaves".
+QString counted(int count, const QString& one, const QString& many);
+
+/// "a", "a and b", "a, b and c".
+QString enumerated(const QStringList& items);
+
+} // namespace tools
+
+#endif

@@ -1,0 +1,99 @@
+#include "tools/Value.h"
+
+#include "filehost/json/JsonText.h"
+#include "tools/Json.h"
+#include "tools/Text.h"
+
+#include <QVariantList>
+
+#include <algorithm>
+
+namespace tools {
+
+namespace {
+
+using filehost::json::JsonText;
+
+constexpr int widestShortValue = 36;
+const QLatin1String noValue("(none)");
+
+bool isSyntaxError(const filehost::Problem& problem)
+{
+    return problem.code == filehost::Problem::Code::Syntax;
+}
+
+/// Whether text can stand without quotes and is still read as itself.
+bool meansItself(const QString& text)
+{
+    const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == printable(text);
+    if (!isPlain || text == noValue) {
+        return false;
+    }
+    QList<filehost::Problem> problems;
+    const QVariant parsed = parseValue(text, problems);
+    return parsed.type() == QVariant::String && parsed.toString() == text;
+}
+
+QString describeList(const QVariantList& items)
+{
+    const bool isTable = std::all_of(items.begin(), items.end(), [](const QVariant& item) {
+        return item.canConvert<QVariantList>() && !item.canConvert<QString>();
+    });
+    if (!isTable) {
+        return counted(items.size(), QStringLiteral("value"), QStringLiteral("values"));
+    }
+
+    int columns = 0;
+    for (const QVariant& row : items) {
+        columns = std::max(columns, row.toList().size());
+    }
+    return QStringLiteral("%1 of %2")
+        .arg(counted(items.size(), QStringLiteral("row"), QStringLiteral("rows")),
+             counted(columns, QStringLiteral("column"), QStringLiteral("columns")));
+}
+
+} // namespace
+
+QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
+{
+    QList<filehost::Problem> found;
+    const auto json = JsonText::parse(text.toUtf8(), QStringLiteral("VALUE"), found);
+    if (std::any_of(found.begin(), found.end(), isSyntaxError)) {
+        return text;
+    }
+    problems += found;
+    if (json == nullptr) {
+        return {};
+    }
+    if (json->kind(JsonText::root) == JsonText::Kind::Null) {
+        problems.append(json->problem(
+            filehost::Problem::Code::Shape, 0,
+            QStringLiteral("null is no value: it stands for a property that is not there"),
+            QStringLiteral("for the text, write '\"null\"'")));
+        return {};
+    }
+    return json->value(JsonText::root);
+}
+
+QString valueText(const QVariant& value)
+{
+    if (!value.isValid()) {
+        return noValue;
+    }
+    if (value.type() == QVariant::String && meansItself(value.toString())) {
+        return value.toString();
+    }
+    return toJsonText(value);
+}
+
+QString shortValueText(const QVariant& value)
+{
+    QString text = valueText(value);
+    if (displayWidth(text) <= widestShortValue) {
+        return text;
+    }
+    return value.type() == QVariant::List ? describeList(value.toList())
+                                          : elided(text, widestShortValue);
+}
+
+} // namespace tools
