@@ -6,7 +6,6 @@
 #include "tools/Text.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QList>
 
 namespace tools {
@@ -16,6 +15,7 @@ namespace {
 using filehost::Instance;
 using filehost::Kind;
 using filehost::Problem;
+using filehost::Session;
 using filehost::Workspace;
 
 QString relativeTo(const Workspace& workspace, const QString& path)
@@ -23,28 +23,16 @@ QString relativeTo(const Workspace& workspace, const QString& path)
     return QDir(workspace.directory()).relativeFilePath(path);
 }
 
-Problem missing(const QString& file, const QString& message, const QString& nearest)
-{
-    const QString everything = QStringLiteral("\"unitflow show\" lists what there is.");
-    return {Problem::Code::Missing,
-            file,
-            0,
-            0,
-            message,
-            nearest.isEmpty() ? everything : nearest + QLatin1Char(' ') + everything};
-}
-
-QString adviceForInstance(const Workspace& workspace, const Instance& instance)
+/// What to do about an instance that is missing, but there as the other kind; else empty.
+QString adviceOnKind(const Workspace& workspace, const Instance& instance)
 {
     const bool isProcess = instance.kind == Kind::Process;
     const Kind otherKind = isProcess ? Kind::Configuration : Kind::Process;
-    if (workspace.instanceNames(otherKind).contains(instance.name)) {
-        return isProcess ? QStringLiteral("There is a configuration of this name; for that, leave "
-                                          "--process out.")
-                         : QStringLiteral("There is a process description of this name; for that, "
-                                          "add --process.");
+    if (!workspace.instanceNames(otherKind).contains(instance.name)) {
+        return {};
     }
-    return nearestNamesSentence(instance.name, workspace.instanceNames(instance.kind));
+    return isProcess ? QStringLiteral("there is a configuration of this name: leave out --process")
+                     : QStringLiteral("there is a process description of this name: add --process");
 }
 
 } // namespace
@@ -57,7 +45,7 @@ std::optional<Workspace> openWorkspace(Console& console)
     return workspace;
 }
 
-bool beginSession(filehost::Session& session, Console& console)
+bool beginSession(Session& session, Console& console)
 {
     const bool begun =
         session.begin([&console](const QString& sentence) { console.note(sentence); });
@@ -65,59 +53,36 @@ bool beginSession(filehost::Session& session, Console& console)
     return begun;
 }
 
-bool requireInstance(const Workspace& workspace, const Instance& instance, Console& console)
+BaseClassSharedPointer loadInstance(Session& session, const Instance& instance, Console& console)
 {
-    QList<Problem> problems;
-    const QString path = workspace.instancePath(instance, problems);
+    const BaseClassSharedPointer root = session.load(instance);
+    QList<Problem> problems = session.takeProblems();
+    for (Problem& problem : problems) {
+        const QString advice = problem.code == Problem::Code::Missing
+                                   ? adviceOnKind(session.workspace(), instance)
+                                   : QString();
+        if (!advice.isEmpty()) {
+            problem.advice = advice;
+        }
+    }
     console.report(problems);
-    if (path.isEmpty()) {
-        return false;
-    }
-    if (QFileInfo::exists(path)) {
-        return true;
-    }
-
-    console.report(missing(
-        relativeTo(workspace, path),
-        QStringLiteral("there is no %1 %2").arg(nameOf(instance.kind), quoted(instance.name)),
-        adviceForInstance(workspace, instance)));
-    return false;
-}
-
-bool requireDependency(const Workspace& workspace, const QString& name, Console& console)
-{
-    QList<Problem> problems;
-    const QString path = workspace.dependencyPath(name, problems);
-    console.report(problems);
-    if (path.isEmpty()) {
-        return false;
-    }
-    if (QFileInfo::exists(path)) {
-        return true;
-    }
-
-    console.report(
-        missing(relativeTo(workspace, path),
-                QStringLiteral("there is no dependency description %1").arg(quoted(name)),
-                nearestNamesSentence(name, workspace.dependencyNames())));
-    return false;
+    return root;
 }
 
 Problem unknownUrl(const Workspace& workspace, const Instance& instance,
                    const BaseClassSharedPointer& root, const QString& url)
 {
-    const QString everything =
-        QStringLiteral("\"unitflow show %1%2\" lists them all.")
-            .arg(instance.name,
-                 instance.kind == Kind::Process ? QStringLiteral(" --process") : QString());
-    const QString nearest = nearestNamesSentence(url, urlsOf(leavesBelow(root, QString())));
+    const QString nearest = nearestNamesText(url, urlsOf(leavesBelow(root, QString())));
+    const QString option =
+        instance.kind == Kind::Process ? QStringLiteral(" --process") : QString();
     return {Problem::Code::Missing,
             fileOf(workspace, instance),
             0,
             0,
             QStringLiteral("there is no leaf %1").arg(quoted(url)),
-            nearest.isEmpty() ? QStringLiteral("The tree has no leaves at all.")
-                              : nearest + QLatin1Char(' ') + everything};
+            nearest.isEmpty() ? QStringLiteral("the tree has no leaves at all")
+                              : QStringLiteral("%1; \"unitflow show %2%3\" lists them all")
+                                    .arg(nearest, instance.name, option)};
 }
 
 QString fileOf(const Workspace& workspace, const Instance& instance)
@@ -126,10 +91,10 @@ QString fileOf(const Workspace& workspace, const Instance& instance)
     return relativeTo(workspace, workspace.instancePath(instance, ignored));
 }
 
-QString nameOf(Kind kind)
+QString fileOf(const Workspace& workspace, const QString& dependency)
 {
-    return kind == Kind::Process ? QStringLiteral("process description")
-                                 : QStringLiteral("configuration");
+    QList<Problem> ignored;
+    return relativeTo(workspace, workspace.dependencyPath(dependency, ignored));
 }
 
 } // namespace tools

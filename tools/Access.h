@@ -13,7 +13,7 @@ namespace tools {
 
 class Console;
 
-// What a subcommand needs before it can work. What cannot be had is reported.
+// What subcommands need before they can work. What cannot be had is reported.
 
 /// The workspace that -C names.
 std::optional<filehost::Workspace> openWorkspace(Console& console);
@@ -21,14 +21,11 @@ std::optional<filehost::Workspace> openWorkspace(Console& console);
 /// Begins the session and says for whom it waits.
 bool beginSession(filehost::Session& session, Console& console);
 
-/// Whether there is such an instance.
-bool requireInstance(const filehost::Workspace& workspace, const filehost::Instance& instance,
-                     Console& console);
+/// The tree of an instance; null when it cannot be had.
+BaseClassSharedPointer loadInstance(filehost::Session& session, const filehost::Instance& instance,
+                                    Console& console);
 
-/// Whether there is such a description.
-bool requireDependency(const filehost::Workspace& workspace, const QString& name, Console& console);
-
-/// What to report when `url` names nothing in the instance's tree.
+/// What to report when `url` names nothing in an instance's tree.
 filehost::Problem unknownUrl(const filehost::Workspace& workspace,
                              const filehost::Instance& instance, const BaseClassSharedPointer& root,
                              const QString& url);
@@ -36,8 +33,8 @@ filehost::Problem unknownUrl(const filehost::Workspace& workspace,
 /// The file of an instance, as problems name it.
 QString fileOf(const filehost::Workspace& workspace, const filehost::Instance& instance);
 
-/// "configuration" or "process description".
-QString nameOf(filehost::Kind kind);
+/// The file of a description, as problems name it.
+QString fileOf(const filehost::Workspace& workspace, const QString& dependency);
 
 } // namespace tools
 

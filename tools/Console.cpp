@@ -11,6 +11,8 @@ namespace tools {
 
 namespace {
 
+constexpr int lineWidth = 80;
+
 void send(std::ostream& stream, const QString& text)
 {
     stream << text.toStdString() << std::flush;
@@ -77,10 +79,10 @@ void addProblems(JsonDocument& document, const QList<Diagnostic>& diagnostics)
     });
 }
 
-QString labelOf(Severity severity, bool color)
+QString placeOf(const filehost::Link& link)
 {
-    return severity == Severity::Error ? styled(QStringLiteral("error:"), Style::Error, color)
-                                       : styled(QStringLiteral("warning:"), Style::Warning, color);
+    return link.line == 0 ? QStringLiteral("in the link ")
+                          : QStringLiteral("in links.json:%1:%2: ").arg(link.line).arg(link.column);
 }
 
 } // namespace
@@ -123,12 +125,13 @@ void Console::report(const Diagnostic& diagnostic)
 {
     reported.append(diagnostic);
 
-    QString text = labelOf(diagnostic.severity, streams.errColor) + QLatin1Char(' ') +
-                   filehost::toText(diagnostic.problem) + QLatin1Char('\n');
+    filehost::Problem problem = diagnostic.problem;
+    problem.advice.clear();
+    QString text = firstLine(diagnostic.severity, filehost::toText(problem));
     if (diagnostic.link) {
-        text += QStringLiteral("    in the link %1\n").arg(describe(*diagnostic.link));
+        text += wrapped(placeOf(*diagnostic.link) + describe(*diagnostic.link), lineWidth);
     }
-    send(streams.err, text);
+    send(streams.err, text + wrapped(printable(diagnostic.problem.advice), lineWidth));
 }
 
 void Console::report(const filehost::Problem& problem)
@@ -143,10 +146,18 @@ void Console::report(const QList<filehost::Problem>& problems)
     }
 }
 
-void Console::complain(const QString& text)
+void Console::complain(const QString& message, const QString& advice)
 {
-    send(streams.err,
-         labelOf(Severity::Error, streams.errColor) + QLatin1Char(' ') + text + QLatin1Char('\n'));
+    send(streams.err, firstLine(Severity::Error, message) + wrapped(advice, lineWidth));
+}
+
+QString Console::firstLine(Severity severity, const QString& text) const
+{
+    const QString label =
+        severity == Severity::Error
+            ? styled(QStringLiteral("error:"), Style::Error, streams.errColor)
+            : styled(QStringLiteral("warning:"), Style::Warning, streams.errColor);
+    return label + QLatin1Char(' ') + printable(text) + QLatin1Char('\n');
 }
 
 const QList<Diagnostic>& Console::diagnostics() const

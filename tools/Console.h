@@ -50,12 +50,14 @@ public:
     void report(const Diagnostic& diagnostic);
     void report(const filehost::Problem& problem);
     void report(const QList<filehost::Problem>& problems);
-    /// An error that the document tells in a member of its own, one sentence or more.
-    void complain(const QString& text);
+    /// An error that is no problem in a file, or that the document tells in a member of its own.
+    void complain(const QString& message, const QString& advice);
     /// Everything reported so far.
     const QList<Diagnostic>& diagnostics() const;
 
 private:
+    QString firstLine(Severity severity, const QString& text) const;
+
     Streams streams;
     GlobalOptions chosen;
     QList<Diagnostic> reported;

@@ -28,8 +28,7 @@ using filehost::Problem;
 
 const QString starterFolder = QStringLiteral(":/starter");
 
-const char* const examples = R"(
-Example:
+const char* const examples = R"(Examples:
   unitflow init my-line
   cd my-line
   unitflow set controller Settings/TemperatureUnit °F)";

@@ -1,13 +1,14 @@
 #include "tools/Links.h"
 
+#include "tools/Access.h"
+#include "tools/Changes.h"
 #include "tools/Json.h"
 #include "tools/Messages.h"
-
-#include <QDir>
+#include "tools/Text.h"
+#include "tools/Value.h"
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 
 namespace tools {
 
@@ -88,19 +89,23 @@ void LinkRunner::report(const filehost::Link& link, Severity severity, const Pro
 
 Problem LinkRunner::inDescription(const filehost::Link& link, const QString& message) const
 {
-    QList<Problem> ignored;
-    const QString path = workspace.dependencyPath(link.dependency, ignored);
-    return {Problem::Code::Shape,
-            QDir(workspace.directory()).relativeFilePath(path),
-            0,
-            0,
-            message,
-            {}};
+    return {Problem::Code::Shape, fileOf(workspace, link.dependency), 0, 0, message, {}};
 }
 
 QString describe(const filehost::Link& link)
 {
-    return QStringLiteral("%1 → %2 through %3").arg(link.source, link.target, link.dependency);
+    const filehost::Kind kind =
+        link.isProcess ? filehost::Kind::Process : filehost::Kind::Configuration;
+    QStringList parameters;
+    for (const QVariant& parameter : link.parameters) {
+        parameters.append(valueText(parameter));
+    }
+    const QString text =
+        QStringLiteral("%1 → %2 through %3")
+            .arg(printable(link.source), titleOf({kind, link.target}), printable(link.dependency));
+    return parameters.isEmpty()
+               ? text
+               : text + QStringLiteral(" (%1)").arg(parameters.join(QStringLiteral(", ")));
 }
 
 QList<LinkRun> withOutcome(const QList<LinkRun>& runs, Outcome outcome)

@@ -45,7 +45,7 @@ private:
     Console& console;
 };
 
-/// "source → target through dependency".
+/// "source → target through dependency", with the parameters if there are any.
 QString describe(const filehost::Link& link);
 
 /// The runs with an outcome, in their order.

@@ -14,25 +14,32 @@ namespace {
 constexpr std::size_t mostNames = 3;
 constexpr int farBehind = 6;
 
-/// Insertions, deletions, replacements and swaps of neighbors.
-int editDistance(const QString& from, const QString& to)
+// What is missing weighs less than what is wrong: people abbreviate.
+constexpr int missingLetter = 1;
+constexpr int wrongLetter = 2;
+
+/// The least weight of letters missing, superfluous, replaced, or swapped with their neighbor in
+/// `from` when `to` is meant.
+int weightOfErrors(const QString& from, const QString& to)
 {
     const auto columns = static_cast<std::size_t>(to.size()) + 1;
     std::vector<int> beforeLast(columns);
     std::vector<int> last(columns);
     std::vector<int> current(columns);
     std::iota(last.begin(), last.end(), 0);
+    static_assert(missingLetter == 1, "the first row counts up in steps of one");
 
     for (int row = 0; row < from.size(); ++row) {
-        current[0] = row + 1;
+        current[0] = (row + 1) * wrongLetter;
         for (int column = 0; column < to.size(); ++column) {
             const auto at = static_cast<std::size_t>(column);
-            const int replaced = last[at] + (from.at(row) == to.at(column) ? 0 : 1);
-            current[at + 1] = std::min({last[at + 1] + 1, current[at] + 1, replaced});
-            const bool swapped = row > 0 && column > 0 && from.at(row) == to.at(column - 1) &&
-                                 from.at(row - 1) == to.at(column);
-            if (swapped) {
-                current[at + 1] = std::min(current[at + 1], beforeLast[at - 1] + 1);
+            const int same = last[at] + (from.at(row) == to.at(column) ? 0 : wrongLetter);
+            current[at + 1] =
+                std::min({last[at + 1] + wrongLetter, current[at] + missingLetter, same});
+            const bool isSwapped = row > 0 && column > 0 && from.at(row) == to.at(column - 1) &&
+                                   from.at(row - 1) == to.at(column);
+            if (isSwapped) {
+                current[at + 1] = std::min(current[at + 1], beforeLast[at - 1] + wrongLetter);
             }
         }
         std::swap(beforeLast, last);
@@ -47,20 +54,20 @@ QString tail(const QString& path, int count)
     return path.section(QLatin1Char('/'), -count);
 }
 
-/// A typing error weighs two, a difference in case or a missing front part of the path one.
+/// Small for a likely meaning. Another case, or a front part of the path left out, weighs little.
 int unlikeness(const QString& name, const QString& candidate)
 {
     const QString wanted = name.toCaseFolded();
     const QString offered = candidate.toCaseFolded();
     const int otherCase = wanted == offered && name != candidate ? 1 : 0;
-    const int whole = 2 * editDistance(wanted, offered) + otherCase;
+    const int whole = weightOfErrors(wanted, offered) + otherCase;
 
     const int parts = wanted.count(QLatin1Char('/')) + 1;
     const QString offeredTail = tail(offered, parts);
     if (offeredTail == offered) {
         return whole;
     }
-    return std::min(whole, 2 * editDistance(wanted, offeredTail) + 1);
+    return std::min(whole, weightOfErrors(wanted, offeredTail) + 1);
 }
 
 } // namespace
@@ -86,7 +93,7 @@ QStringList nearestNames(const QString& name, const QStringList& candidates)
     return names;
 }
 
-QString nearestNamesSentence(const QString& name, const QStringList& candidates)
+QString nearestNamesText(const QString& name, const QStringList& candidates)
 {
     QStringList names = nearestNames(name, candidates);
     if (names.isEmpty()) {
@@ -94,8 +101,8 @@ QString nearestNamesSentence(const QString& name, const QStringList& candidates)
     }
 
     std::transform(names.begin(), names.end(), names.begin(), quoted);
-    return (names.size() == 1 ? QStringLiteral("The nearest is %1.")
-                              : QStringLiteral("The nearest are %1."))
+    return (names.size() == 1 ? QStringLiteral("the nearest is %1")
+                              : QStringLiteral("the nearest are %1"))
         .arg(enumerated(names));
 }
 

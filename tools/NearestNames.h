@@ -11,8 +11,8 @@ namespace tools {
 /// Costs one edit distance for each candidate.
 QStringList nearestNames(const QString& name, const QStringList& candidates);
 
-/// A sentence that names them, empty when there are no candidates.
-QString nearestNamesSentence(const QString& name, const QStringList& candidates);
+/// Words that name them, empty when there are no candidates.
+QString nearestNamesText(const QString& name, const QStringList& candidates);
 
 } // namespace tools
 

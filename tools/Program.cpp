@@ -23,14 +23,19 @@ namespace tools {
 
 namespace {
 
-const char* const examples = R"(
-Exit code: 0 done, 1 something did not resolve, 2 wrong usage or input/output error.
+const char* const examples =
+    R"(Exit code: 0 if all is done, 1 if something did not resolve, 2 after wrong usage
+or an input or output error.
 
 Examples:
   unitflow init my-line
   unitflow -C my-line show controller
   unitflow -C my-line set controller Settings/TemperatureUnit °F --dry-run
   unitflow set --help)";
+
+const char* const optionsOfAll = R"(
+
+The options -C DIR, --json and --quiet go with every command: "unitflow --help".)";
 
 /// The subcommands, in the order in which the help lists them.
 std::vector<std::unique_ptr<Command>> makeCommands()
@@ -52,6 +57,8 @@ struct GlobalArguments {
 
 void declare(CLI::App& program, GlobalArguments& arguments)
 {
+    program.get_formatter()->column_width(22);
+    program.set_help_flag("-h,--help", "Show this help");
     program.add_option("-C", arguments.directory, "The workspace; the current folder without it")
         ->option_text("DIR");
     program.add_flag("--json", arguments.json, "Write one JSON document instead of text");
@@ -61,50 +68,51 @@ void declare(CLI::App& program, GlobalArguments& arguments)
     program.footer(examples);
 }
 
-QString names(const CLI::App& command)
+QString nameOf(const CLI::App& command)
 {
     return QString::fromStdString(
         command.get_parent() == nullptr ? command.get_name() : "unitflow " + command.get_name());
 }
 
-/// Everything that could have been meant by a word that was not expected.
-QStringList expectedWords(const CLI::App& program, const CLI::App& command, bool isOption)
+/// What could have been meant by a word that was not expected.
+QStringList expectedWords(const CLI::App& program, const CLI::App& command, const QString& word)
 {
     QStringList words;
-    if (!isOption && &command == &program) {
-        for (const CLI::App* subcommand : program.get_subcommands(nullptr)) {
-            words.append(QString::fromStdString(subcommand->get_name()));
-        }
-    }
-    if (isOption) {
+    if (word.startsWith(QLatin1Char('-'))) {
         for (const CLI::App* app : {&command, &program}) {
             for (const CLI::Option* option : app->get_options()) {
                 words.append(QString::fromStdString(option->get_name()));
             }
         }
+    } else if (&command == &program) {
+        for (const CLI::App* subcommand : program.get_subcommands(nullptr)) {
+            words.append(QString::fromStdString(subcommand->get_name()));
+        }
     }
     return words;
 }
 
-/// What is wrong with the command line, and where to read on.
-QString usageError(const CLI::App& program, const CLI::ParseError& error)
+/// Says what is wrong with the command line, and where to read on.
+void reportUsage(const CLI::App& program, const CLI::ParseError& error, Console& console)
 {
     const std::vector<CLI::App*> parsed = program.get_subcommands();
     const CLI::App& command = parsed.empty() ? program : *parsed.front();
     const std::vector<std::string> unexpected = program.remaining(true);
 
-    QString text = QString::fromStdString(error.what());
-    QString nearest;
-    if (!unexpected.empty()) {
-        const QString word = QString::fromStdString(unexpected.front());
-        text = QStringLiteral("%1 was not expected").arg(quoted(word));
-        nearest = nearestNamesSentence(
-            word, expectedWords(program, command, word.startsWith(QLatin1Char('-'))));
+    const QString help = QStringLiteral("\"%1 --help\" shows how").arg(nameOf(command));
+    if (unexpected.empty()) {
+        console.complain(parsed.empty() ? QStringLiteral("a command is missing")
+                                        : QString::fromStdString(error.what()),
+                         help);
+        return;
     }
-    if (!nearest.isEmpty()) {
-        nearest += QLatin1Char(' ');
-    }
-    return QStringLiteral("%1\n    %2\"%3 --help\" shows how.").arg(text, nearest, names(command));
+    const QString word = QString::fromStdString(unexpected.front());
+    const QStringList expected = expectedWords(program, command, word);
+    const QString advice = expected.contains(word)
+                               ? QStringLiteral("behind \"--\" nothing is an option")
+                               : nearestNamesText(word, expected);
+    console.complain(QStringLiteral("%1 was not expected").arg(quoted(word)),
+                     advice.isEmpty() ? help : advice + QStringLiteral("; ") + help);
 }
 
 bool isUtf8(const std::string& text)
@@ -132,7 +140,7 @@ ExitCode flushed(const Streams& streams, ExitCode exitCode)
     if (streams.out.flush()) {
         return exitCode;
     }
-    Console(streams, {}).complain(QStringLiteral("the output could not be written"));
+    Console(streams, {}).complain(QStringLiteral("the output cannot be written"), {});
     return ExitCode::Failed;
 }
 
@@ -148,12 +156,13 @@ ExitCode run(const std::vector<std::string>& arguments, const Streams& streams)
     std::map<const CLI::App*, std::unique_ptr<Command>> commands;
     for (std::unique_ptr<Command>& command : makeCommands()) {
         CLI::App* const declared = command->declare(program)->fallthrough();
+        declared->footer(declared->get_footer() + optionsOfAll);
         commands.emplace(declared, std::move(command));
     }
 
     Console early(streams, {});
     if (!std::all_of(arguments.begin(), arguments.end(), isUtf8)) {
-        early.complain(QStringLiteral("the command line is not UTF-8"));
+        early.complain(QStringLiteral("the command line is not UTF-8"), {});
         return ExitCode::Failed;
     }
     try {
@@ -162,7 +171,7 @@ ExitCode run(const std::vector<std::string>& arguments, const Streams& streams)
         program.exit(question, streams.out, streams.err);
         return flushed(streams, ExitCode::Done);
     } catch (const CLI::ParseError& error) {
-        early.complain(usageError(program, error));
+        reportUsage(program, error, early);
         return ExitCode::Failed;
     }
 

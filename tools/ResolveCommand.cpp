@@ -22,8 +22,8 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples = R"(
-Without --url, every URL that the description watches is run. A target is stored
+const char* const examples =
+    R"(Without --url, every URL that the description watches is run. A target is stored
 only if a command succeeded for each URL that was run.
 
 Examples:
@@ -41,22 +41,25 @@ QStringList textsOf(const std::vector<std::string>& arguments)
     return texts;
 }
 
-QString unresolvedText(const LinkRun& run)
+/// The URLs for which a run did not resolve, as far as the engine tells.
+QString whereUnresolved(const LinkRun& run)
 {
+    if (run.urls.isEmpty()) {
+        return QStringLiteral("one or more of the URLs that the description watches");
+    }
     QStringList urls;
     for (const QString& url : run.urls) {
         urls.append(quoted(url));
     }
+    return urls.size() == 1 ? urls.first()
+                            : QStringLiteral("one or more of %1").arg(enumerated(urls));
+}
 
-    QString where = QStringLiteral("For one or more of the URLs that the description watches");
-    if (urls.size() == 1) {
-        where = QStringLiteral("For %1").arg(urls.first());
-    } else if (!urls.isEmpty()) {
-        where = QStringLiteral("For one or more of %1").arg(enumerated(urls));
-    }
-    return QStringLiteral("%1 did not resolve\n"
-                          "    %2 no command succeeded. %3 was left as it was.")
-        .arg(describe(run.link), where, printable(run.link.target));
+void complainAbout(const LinkRun& run, Console& console)
+{
+    console.complain(QStringLiteral("%1 did not resolve").arg(describe(run.link)),
+                     QStringLiteral("for %1 no command succeeded, so %2 was left as it was")
+                         .arg(whereUnresolved(run), printable(run.link.target)));
 }
 
 } // namespace
@@ -102,33 +105,31 @@ ExitCode ResolveCommand::run(Console& console)
 
 bool ResolveCommand::checkUsage(Console& console) const
 {
-    const QString hint = QStringLiteral("\n    \"unitflow resolve --help\" shows how.");
-    if (isAll) {
-        const bool isAlone = sourceArgument.empty() && urlArguments.empty() &&
-                             parameterArguments.empty() && !isProcess;
-        if (!isAlone) {
-            console.complain(QStringLiteral("--all runs the links as they stand in links.json; "
-                                            "it goes with --dry-run only") +
-                             hint);
-        }
-        return isAlone;
+    const QString help = QStringLiteral("\"unitflow resolve --help\" shows how");
+    const bool hasOptions = isProcess || !urlArguments.empty() || !parameterArguments.empty();
+    if (isAll && (!sourceArgument.empty() || hasOptions)) {
+        console.complain(QStringLiteral("--all runs the links as they stand in links.json and goes "
+                                        "with --dry-run only"),
+                         help);
+        return false;
     }
-    if (dependencyArgument.empty()) {
-        console.complain(QStringLiteral("SOURCE, TARGET and DEPENDENCY are needed, or --all") +
-                         hint);
+    if (!isAll && dependencyArgument.empty()) {
+        console.complain(QStringLiteral("SOURCE, TARGET and DEPENDENCY are needed, or --all"),
+                         help);
+        return false;
     }
-    return !dependencyArgument.empty();
+    return true;
 }
 
 ExitCode ResolveCommand::work(Console& console)
 {
     const std::optional<Workspace> workspace = openWorkspace(console);
-    if (!workspace || !collectLinks(*workspace, console)) {
+    if (!workspace || !(isAll ? readLinks(*workspace, console) : readArguments(console))) {
         return ExitCode::Failed;
     }
 
     Session session(*workspace, isDryRun ? Session::Access::Read : Session::Access::Write);
-    if (!beginSession(session, console)) {
+    if (!beginSession(session, console) || (!isAll && !loadArguments(session, console))) {
         return ExitCode::Failed;
     }
 
@@ -136,25 +137,20 @@ ExitCode ResolveCommand::work(Console& console)
     for (const Link& link : links) {
         runs.append(runner.run(link, textsOf(urlArguments)));
         if (runs.last().outcome == Outcome::Unresolved) {
-            console.complain(unresolvedText(runs.last()));
+            complainAbout(runs.last(), console);
         }
     }
     changes = keepChanges(session, isDryRun, console);
     isDone = changes.allKept;
-    if (!changes.allKept) {
+    if (!isDone) {
         return ExitCode::Failed;
     }
-    const bool allResolved =
-        linksAreSound && withOutcome(runs, Outcome::Resolved).size() == runs.size();
-    return allResolved ? ExitCode::Done : ExitCode::Unresolved;
+    const bool allResolved = withOutcome(runs, Outcome::Resolved).size() == runs.size();
+    return linksAreSound && allResolved ? ExitCode::Done : ExitCode::Unresolved;
 }
 
-bool ResolveCommand::collectLinks(const Workspace& workspace, Console& console)
+bool ResolveCommand::readLinks(const Workspace& workspace, Console& console)
 {
-    if (!isAll) {
-        return linkOfArguments(workspace, console);
-    }
-
     QList<Problem> problems;
     links = workspace.links(problems);
     console.report(problems);
@@ -162,7 +158,7 @@ bool ResolveCommand::collectLinks(const Workspace& workspace, Console& console)
     return linksAreSound || !links.isEmpty();
 }
 
-bool ResolveCommand::linkOfArguments(const Workspace& workspace, Console& console)
+bool ResolveCommand::readArguments(Console& console)
 {
     QList<Problem> problems;
     QVariantList parameters;
@@ -170,43 +166,38 @@ bool ResolveCommand::linkOfArguments(const Workspace& workspace, Console& consol
         parameters.append(parseValue(text, problems));
     }
     console.report(problems);
-    if (!problems.isEmpty()) {
-        return false;
-    }
-    const Link link{QString::fromStdString(sourceArgument),
-                    QString::fromStdString(targetArgument),
-                    QString::fromStdString(dependencyArgument),
-                    isProcess,
-                    parameters,
-                    0,
-                    0};
-    links = {link};
+    links = {Link{QString::fromStdString(sourceArgument), QString::fromStdString(targetArgument),
+                  QString::fromStdString(dependencyArgument), isProcess, parameters, 0, 0}};
+    return problems.isEmpty();
+}
 
-    const Kind targetKind = isProcess ? Kind::Process : Kind::Configuration;
-    const bool hasSource = requireInstance(workspace, {Kind::Configuration, link.source}, console);
-    const bool hasTarget = requireInstance(workspace, {targetKind, link.target}, console);
-    const bool hasDependency = requireDependency(workspace, link.dependency, console);
-    return hasSource && hasTarget && hasDependency;
+/// What was named on the command line must be there. The session reads each file once only.
+bool ResolveCommand::loadArguments(Session& session, Console& console) const
+{
+    const Link& link = links.first();
+    const Kind targetKind = link.isProcess ? Kind::Process : Kind::Configuration;
+    const bool hasSource = loadInstance(session, {Kind::Configuration, link.source}, console);
+    const bool hasTarget = loadInstance(session, {targetKind, link.target}, console);
+    const bool hasDescription = !session.description(link.dependency).isEmpty();
+    console.report(session.takeProblems());
+    return hasSource && hasTarget && hasDescription;
 }
 
 void ResolveCommand::showText(Console& console) const
 {
     console.show(changesText(changes.list, console.color()));
-    if (!isDone) {
-        return;
-    }
 
     const int resolved = withOutcome(runs, Outcome::Resolved).size();
-    if (changes.list.isEmpty()) {
+    if (changes.list.isEmpty() && resolved > 0 && isDone) {
         console.show(QStringLiteral("Nothing changed.\n"));
     }
-    if (isAll) {
+    if (isAll && isDone) {
         console.show(
             QStringLiteral("%1 of %2 resolved.\n")
-                .arg(resolved)
-                .arg(counted(runs.size(), QStringLiteral("link"), QStringLiteral("links"))));
+                .arg(QString::number(resolved),
+                     counted(runs.size(), QStringLiteral("link"), QStringLiteral("links"))));
     }
-    if (isDryRun) {
+    if (isDryRun && isDone) {
         console.show(QStringLiteral("Dry run: nothing was written.\n"));
     }
 }

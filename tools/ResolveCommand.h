@@ -25,8 +25,9 @@ public:
 private:
     bool checkUsage(Console& console) const;
     ExitCode work(Console& console);
-    bool collectLinks(const filehost::Workspace& workspace, Console& console);
-    bool linkOfArguments(const filehost::Workspace& workspace, Console& console);
+    bool readLinks(const filehost::Workspace& workspace, Console& console);
+    bool readArguments(Console& console);
+    bool loadArguments(filehost::Session& session, Console& console) const;
 
     void showText(Console& console) const;
     void writeDocument(Console& console, ExitCode exitCode) const;

@@ -26,9 +26,9 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples = R"(
-VALUE is a JSON literal if it reads as one (5, true, "text", [[1, 2]]), otherwise
-text. A VALUE that begins with "-" and is no number goes behind "--".
+const char* const examples =
+    R"(VALUE is a JSON literal if it reads as one (5, true, "text", [[1, 2]]) and text
+otherwise. If it begins with "-" and is no number, it goes behind "--".
 
 Examples:
   unitflow set controller Settings/TemperatureUnit °F
@@ -38,7 +38,7 @@ Examples:
 
 Problem notALeaf(const QString& file, const BaseClassSharedPointer& node, const QString& url)
 {
-    const QString nearest = nearestNamesSentence(url, urlsOf(leavesBelow(node, url)));
+    const QString nearest = nearestNamesText(url, urlsOf(leavesBelow(node, url)));
     return {Problem::Code::Shape,
             file,
             0,
@@ -82,7 +82,7 @@ ExitCode SetCommand::run(Console& console)
 ExitCode SetCommand::work(Console& console)
 {
     const std::optional<Workspace> workspace = openWorkspace(console);
-    if (!workspace || !readArguments(console) || !requireInstance(*workspace, instance, console)) {
+    if (!workspace || !readArguments(console)) {
         return ExitCode::Failed;
     }
 
@@ -125,8 +125,7 @@ bool SetCommand::readArguments(Console& console)
 bool SetCommand::writeValue(const Workspace& workspace, Session& session, Console& console)
 {
     const QString file = fileOf(workspace, instance);
-    const BaseClassSharedPointer root = session.load(instance);
-    console.report(session.takeProblems());
+    const BaseClassSharedPointer root = loadInstance(session, instance, console);
     if (!root) {
         return false;
     }

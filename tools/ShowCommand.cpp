@@ -5,7 +5,7 @@
 #include "tools/Changes.h"
 #include "tools/Console.h"
 #include "tools/Json.h"
-#include "tools/Links.h"
+#include "tools/Listing.h"
 #include "tools/Table.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
@@ -21,13 +21,12 @@ namespace {
 
 using filehost::Instance;
 using filehost::Kind;
-using filehost::Link;
 using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples = R"(
-Without INSTANCE: the instances, descriptions and links of the workspace.
+const char* const examples =
+    R"(Without INSTANCE: the instances, descriptions and links of the workspace.
 
 Examples:
   unitflow show
@@ -100,104 +99,6 @@ QString leavesText(const Instance& instance, const QList<Leaf>& leaves, bool col
     return table.toText(color);
 }
 
-/// What a workspace has, with the number of links that each thing stands in.
-struct Listing {
-    struct InstanceEntry {
-        Instance instance;
-        int sourceOf;
-        int targetOf;
-    };
-    struct DependencyEntry {
-        QString name;
-        int usedBy;
-    };
-
-    QList<InstanceEntry> instances;
-    QList<DependencyEntry> dependencies;
-    QList<Link> links;
-};
-
-int count(const QList<Link>& links, const std::function<bool(const Link&)>& wanted)
-{
-    return static_cast<int>(std::count_if(links.begin(), links.end(), wanted));
-}
-
-Listing listingOf(const Workspace& workspace, const QList<Link>& links)
-{
-    Listing listing{{}, {}, links};
-    for (const Kind kind : {Kind::Configuration, Kind::Process}) {
-        for (const QString& name : workspace.instanceNames(kind)) {
-            const bool isProcess = kind == Kind::Process;
-            const int sourceOf =
-                count(links, [&](const Link& link) { return !isProcess && link.source == name; });
-            const int targetOf = count(links, [&](const Link& link) {
-                return link.isProcess == isProcess && link.target == name;
-            });
-            listing.instances.append({{kind, name}, sourceOf, targetOf});
-        }
-    }
-    for (const QString& name : workspace.dependencyNames()) {
-        const int usedBy = count(links, [&](const Link& link) { return link.dependency == name; });
-        listing.dependencies.append({name, usedBy});
-    }
-    return listing;
-}
-
-QString linksText(const QString& prefix, int links)
-{
-    return links == 0 ? QString()
-                      : prefix + counted(links, QStringLiteral("link"), QStringLiteral("links"));
-}
-
-QString listingText(const Listing& listing, bool color)
-{
-    Table table;
-    std::optional<Kind> kind;
-    for (const Listing::InstanceEntry& entry : listing.instances) {
-        if (kind != entry.instance.kind) {
-            table.addHeading(nameOf(entry.instance.kind) + QLatin1Char('s'));
-        }
-        kind = entry.instance.kind;
-
-        QStringList roles{linksText(QStringLiteral("source of "), entry.sourceOf),
-                          linksText(QStringLiteral("target of "), entry.targetOf)};
-        roles.removeAll(QString());
-        table.addRow({printable(entry.instance.name), roles.join(QStringLiteral(", "))});
-    }
-    if (!listing.dependencies.isEmpty()) {
-        table.addHeading(QStringLiteral("dependency descriptions"));
-    }
-    for (const Listing::DependencyEntry& entry : listing.dependencies) {
-        table.addRow({printable(entry.name), linksText(QStringLiteral("used by "), entry.usedBy)});
-    }
-
-    table.addHeading(linksText(QString(), listing.links.size()));
-    for (const Link& link : listing.links) {
-        table.addRow({describe(link)});
-    }
-    return table.toText(color);
-}
-
-void writeListing(const Listing& listing, Console& console, ExitCode exitCode)
-{
-    JsonDocument json(QStringLiteral("workspace"), exitCode);
-    json.addObjects(QStringLiteral("instances"), listing.instances,
-                    [&json](const Listing::InstanceEntry& entry) {
-                        json.add(QStringLiteral("name"), entry.instance.name);
-                        json.add(QStringLiteral("process"), entry.instance.kind == Kind::Process);
-                        json.add(QStringLiteral("sourceOf"), entry.sourceOf);
-                        json.add(QStringLiteral("targetOf"), entry.targetOf);
-                    });
-    json.addObjects(QStringLiteral("dependencies"), listing.dependencies,
-                    [&json](const Listing::DependencyEntry& entry) {
-                        json.add(QStringLiteral("name"), entry.name);
-                        json.add(QStringLiteral("usedBy"), entry.usedBy);
-                    });
-    json.addObjects(QStringLiteral("links"), listing.links,
-                    [&json](const Link& link) { addLink(json, link); });
-    console.write(json);
-}
-
 } // namespace
 
 CLI::App* ShowCommand::declare(CLI::App& program)
@@ -223,14 +124,15 @@ ExitCode ShowCommand::showWorkspace(const std::optional<Workspace>& workspace, C
     Listing listing;
     if (workspace) {
         QList<Problem> problems;
-        const QList<Link> links = workspace->links(problems);
+        listing = listingOf(*workspace, problems);
         console.report(problems);
-        listing = listingOf(*workspace, links);
     }
     const ExitCode exitCode = console.diagnostics().isEmpty() ? ExitCode::Done : ExitCode::Failed;
 
     if (console.options().json) {
-        writeListing(listing, console, exitCode);
+        JsonDocument json(QStringLiteral("workspace"), exitCode);
+        addListing(json, listing);
+        console.write(json);
     } else if (workspace) {
         console.show(listingText(listing, console.color()));
     }
@@ -259,11 +161,10 @@ std::optional<QList<Leaf>> ShowCommand::findLeaves(const Workspace& workspace,
                                                    const Instance& instance, Console& console) const
 {
     Session session(workspace, Session::Access::Read);
-    if (!requireInstance(workspace, instance, console) || !beginSession(session, console)) {
+    if (!beginSession(session, console)) {
         return std::nullopt;
     }
-    const BaseClassSharedPointer root = session.load(instance);
-    console.report(session.takeProblems());
+    const BaseClassSharedPointer root = loadInstance(session, instance, console);
     if (!root) {
         return std::nullopt;
     }

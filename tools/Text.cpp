@@ -47,6 +47,21 @@ QString elided(const QString& text, int width)
     return kept + QChar(0x2026);
 }
 
+QString wrapped(const QString& text, int width)
+{
+    const QString indentation = QStringLiteral("    ");
+    QString lines;
+    QString line;
+    for (const QString& word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        if (!line.isEmpty() && displayWidth(line) + 1 + displayWidth(word) > width) {
+            lines += line + QLatin1Char('\n');
+            line.clear();
+        }
+        line += (line.isEmpty() ? indentation : QStringLiteral(" ")) + word;
+    }
+    return line.isEmpty() ? lines : lines + line + QLatin1Char('\n');
+}
+
 QString printable(const QString& text)
 {
     QString shown;

@@ -16,6 +16,7 @@ using filehost::json::JsonText;
 
 constexpr int widestShortValue = 36;
 const QLatin1String noValue("(none)");
+const QLatin1String argumentName("VALUE"); // stands for the file in problems
 
 bool isSyntaxError(const filehost::Problem& problem)
 {
@@ -57,19 +58,22 @@ QString describeList(const QVariantList& items)
 QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
 {
     QList<filehost::Problem> found;
-    const auto json = JsonText::parse(text.toUtf8(), QStringLiteral("VALUE"), found);
+    const auto json = JsonText::parse(text.toUtf8(), argumentName, found);
     if (std::any_of(found.begin(), found.end(), isSyntaxError)) {
         return text;
+    }
+    if (found.size() == 1 && found.first().column == 1) {
+        found.first().line = 0; // the whole argument needs no place
     }
     problems += found;
     if (json == nullptr) {
         return {};
     }
     if (json->kind(JsonText::root) == JsonText::Kind::Null) {
-        problems.append(json->problem(
-            filehost::Problem::Code::Shape, 0,
-            QStringLiteral("null is no value: it stands for a property that is not there"),
-            QStringLiteral("for the text, write '\"null\"'")));
+        problems.append(
+            {filehost::Problem::Code::Shape, argumentName, 0, 0,
+             QStringLiteral("null is no value: it stands for a property that is not there"),
+             QStringLiteral("for the text, write '\"null\"'")});
         return {};
     }
     return json->value(JsonText::root);
