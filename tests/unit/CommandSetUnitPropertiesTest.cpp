@@ -59,7 +59,7 @@ TEST_F(SetUnitProperties, takes_the_rows_that_the_wrapper_holds)
 TEST_F(SetUnitProperties, does_nothing_without_a_value_property)
 {
     CommandSetUnitProperties command(tree("description", R"({"@other": [["a", "K"]]})"));
-    host.takeCalls();
+    EXPECT_EQ(host.takeCalls(), QStringList{"getDataProperty(description, @val)"});
 
     EXPECT_FALSE(execute(command));
     EXPECT_FALSE(changed);

@@ -66,6 +66,8 @@ TEST_F(ValueComparator, reads_the_constant_in_the_type_of_the_value)
         {"a number and a text that is this number", 5, "5", true},
         {"a text and a number", "5", 5, true},
         {"a number and a text with a fraction", 5, "5.0", false},
+        {"a number and a text with a leading zero", 5, "05", true},
+        {"a text with a leading zero and a number", "05", 5, false},
         {"an integer and a fraction of the same size", 5, 5.0, true},
         {"a fraction and an integer", 5.0, 5, true},
         {"a fraction and a text", 5.5, "5.5", true},

@@ -1,7 +1,7 @@
 #include "DependencyWalker.h"
 
 #include "CommandFixture.h"
-#include "Nodes/NodeBase.h"
+#include "Nodes/NodeSwitch.h"
 #include "Probe.h"
 
 #include <QFile>
@@ -259,6 +259,18 @@ TEST_F(Walker, skips_top_level_children_without_a_known_type_in_silence)
                               .arg(row.node)));
         EXPECT_EQ(executedFor("any"), QStringList{"b"});
     }
+}
+
+TEST_F(Walker, does_not_take_a_type_that_is_no_text_for_the_empty_type)
+{
+    const testhost::Registered<DependencyWalkerFactory::NodeFactory, NodeSwitch> registered("");
+
+    build(R"({"A": {"Type": ["CommandNode"], "Next": {
+        "N": {"Type": "CommandNode", "Commands": {"Probe": "a"}}}}})");
+    EXPECT_EQ(executedFor("any"), QStringList());
+    build(R"({"A": {"Type": "", "Next": {
+        "N": {"Type": ["CommandNode"]}, "O": {"Type": "CommandNode", "Commands": {"Probe": "o"}}}}})");
+    EXPECT_EQ(executedFor("any"), QStringList{"o"});
 }
 
 TEST_F(Walker, skips_null_top_level_children)
