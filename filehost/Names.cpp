@@ -138,9 +138,8 @@ bool leadsOut(const QString& root, const QString& path)
     while (!existing.exists() && !existing.isSymLink() && existing.path() != existing.filePath()) {
         existing.setFile(existing.path());
     }
-    // A link that leads nowhere yet counts as one that leads out: it could be followed anywhere.
-    const QString real = existing.canonicalFilePath();
-    return real.isEmpty() || !isInside(canonicalPath(root), real);
+    // A link that leads nowhere counts as one that leads out: it could be followed anywhere.
+    return !existing.exists() || !isInside(canonicalPath(root), existing.canonicalFilePath());
 }
 
 QString canonicalPath(const QString& path)

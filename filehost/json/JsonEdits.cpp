@@ -166,23 +166,23 @@ QByteArray JsonEdits::colon(Index index) const
 QByteArray JsonEdits::separator(Index object) const
 {
     quint32 end = text.node(object).value.begin + 1;
-    QByteArray blanks = comma(colon(object)).mid(1);
-    bool first = true;
+    bool isFirst = true;
     for (const Index child : text.children(object)) {
         const JsonText::Node& node = text.node(child);
-        const std::string_view gap = text.slice({end, node.key.begin});
+        std::string_view gap = text.slice({end, node.key.begin});
+        gap.remove_prefix(isFirst ? 0 : gap.find(',') + 1);
         const std::size_t lineFeed = gap.rfind('\n');
         if (lineFeed != std::string_view::npos) {
-            const bool carriageReturn = lineFeed > 0 && gap[lineFeed - 1] == '\r';
-            return toBytes(gap.substr(carriageReturn ? lineFeed - 1 : lineFeed));
+            const bool isPair = lineFeed > 0 && gap[lineFeed - 1] == '\r';
+            return toBytes(gap.substr(isPair ? lineFeed - 1 : lineFeed));
         }
-        if (!first) {
-            return toBytes(gap.substr(gap.find(',') + 1));
+        if (!isFirst) {
+            return toBytes(gap);
         }
-        first = false;
+        isFirst = false;
         end = node.value.end;
     }
-    return blanks;
+    return comma(colon(object)).mid(1);
 }
 
 QByteArray JsonEdits::apply() const

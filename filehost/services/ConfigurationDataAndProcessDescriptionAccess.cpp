@@ -113,10 +113,9 @@ QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& 
                                                                     const QString& dependencyName)
 {
     Session* const session = sessionFor(dependencyFolder);
-    if (session != nullptr &&
-        filehost::canonicalPath(dependencyFolder.absolutePath()) ==
-            filehost::canonicalPath(
-                PropertyManagerConst::getDependencyFolderPath(session->workspace().directory()))) {
+    if (session != nullptr && filehost::canonicalPath(dependencyFolder.absolutePath()) ==
+                                  filehost::canonicalPath(filehost::folderOf(
+                                      session->workspace().directory(), Named::Description))) {
         return session->description(dependencyName);
     }
     QList<Problem> problems;
@@ -155,6 +154,9 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     const QDir& folder, const QString& originFirst, const QString& originSecond,
     const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
 {
+    if (tree.isNull()) {
+        return false; // why there is none was said when it was asked for
+    }
     QList<Problem> problems;
     if (Session* const session = sessionFor(folder)) {
         const std::optional<Instance> instance =
