@@ -1,0 +1,122 @@
+"""Checks that the documents tell the truth.
+
+A fenced block whose info string has a second word is a claim:
+
+    ```cpp path/from/the/root    these lines stand in that file, in this order, without a gap
+    ```console demo              the demo prints these lines, in this order, without a gap
+    ```console oven-line         typed one after the other in a copy of examples/oven-line, the
+                                 commands behind "$ " print the lines that follow them
+
+Relative links have to lead to a file, and to a heading where they name one.
+"""
+
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+FENCE = re.compile(r"^```(\w+) (\S+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+ANY_FENCE = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
+LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
+HEADING = re.compile(r"^#+ +(.*)$", re.MULTILINE)
+
+
+def main():
+    root, *programs = map(pathlib.Path, sys.argv[1:])
+    environment = dict(os.environ, LC_ALL="C.UTF-8", NO_COLOR="1")
+    environment["PATH"] = os.pathsep.join(
+        [*(str(program.parent) for program in programs), os.environ["PATH"]]
+    )
+
+    documents = sorted([root / "README.md", *root.glob("docs/*.md")])
+    demo = output_of([root / "scripts/demo-story"], root, environment)
+    problems = []
+    claims = 0
+    for document in documents:
+        text = document.read_text(encoding="utf-8")
+        problems += [f"{document}: {problem}" for problem in check_links(document, text)]
+        for line, found in check_claims(text, root, demo, environment):
+            claims += 1
+            problems += [f"{document}:{line}: {problem}" for problem in found]
+
+    print(f"{claims} claims in {len(documents)} documents")
+    for problem in problems:
+        print(problem)
+    return 1 if problems or claims == 0 else 0
+
+
+def output_of(command, directory, environment):
+    """What the command prints on both streams, whatever its status."""
+    return subprocess.run(
+        command,
+        cwd=directory,
+        env=environment,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        encoding="utf-8",
+        check=False,
+    ).stdout
+
+
+def check_claims(text, root, demo, environment):
+    """A pair of a line number and problems for each block that claims something."""
+    with tempfile.TemporaryDirectory() as scratch:
+        line_of_oven = pathlib.Path(scratch, "oven-line")
+        shutil.copytree(root / "examples/oven-line", line_of_oven)
+        for fence in FENCE.finditer(text):
+            language, claim, content = fence.groups()
+            if language == "console" and claim == "oven-line":
+                problems = check_session(content, line_of_oven, environment)
+            elif language == "console" and claim == "demo":
+                problems = check_part(content, demo, "what the demo prints")
+            else:
+                problems = check_part(
+                    content, (root / claim).read_text(encoding="utf-8"), claim
+                )
+            yield text.count("\n", 0, fence.start()) + 1, problems
+
+
+def check_part(content, whole, title):
+    if "\n" + content in "\n" + whole:
+        return []
+    return [f"these lines are not in {title}:\n{content}"]
+
+
+def check_session(content, directory, environment):
+    problems = []
+    for step in re.split(r"^\$ ", content, flags=re.MULTILINE)[1:]:
+        command, claimed = step.split("\n", 1)
+        printed = output_of(shlex.split(command), directory, environment)
+        if printed.strip("\n") != claimed.strip("\n"):
+            problems.append(f'"{command}" prints:\n{printed}but the document says:\n{claimed}')
+    return problems
+
+
+def check_links(document, text):
+    problems = []
+    for target in LINK.findall(ANY_FENCE.sub("", text)):
+        if re.match(r"\w+:", target):
+            continue
+        path, _, anchor = target.partition("#")
+        file = document.parent / path if path else document
+        if not file.exists():
+            problems.append(f"the link to {target} leads nowhere")
+        elif anchor and anchor not in anchors(file.read_text(encoding="utf-8")):
+            problems.append(f"the link to {target} names no heading")
+    return problems
+
+
+def anchors(text):
+    """The headings, spelled as links name them."""
+    return {
+        re.sub(r"[^\w\- ]", "", heading.strip().lower()).replace(" ", "-")
+        for heading in HEADING.findall(ANY_FENCE.sub("", text))
+    }
+
+
+if __name__ == "__main__":
+    sys.exit(main())
