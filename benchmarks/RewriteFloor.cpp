@@ -16,9 +16,9 @@
 
 namespace {
 
-[[noreturn]] void fail(const QString& path)
+[[noreturn]] void fail(const char* action, const QString& path)
 {
-    std::cerr << "rewrite-floor: cannot do with \"" << path.toStdString() << "\"\n";
+    std::cerr << "rewrite-floor: cannot " << action << " \"" << path.toStdString() << "\"\n";
     std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): there is one thread
 }
 
@@ -26,13 +26,14 @@ QByteArray readAndParse(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        fail(path);
+        fail("read", path);
     }
     const QByteArray bytes = file.readAll();
     const BaseClassSharedPointer tree = ConfigurationAndProcessDataParser().parseFromJson(
         QString::fromUtf8(bytes), PropertyManagerConst::getConfigFileExtension());
-    if (tree.isNull()) {
-        fail(path);
+    // Links are a list, which is read all the same but is no tree.
+    if (tree.isNull() && !bytes.startsWith('[')) {
+        fail("parse", path);
     }
     return bytes;
 }
@@ -41,7 +42,7 @@ void rewrite(const QString& path, const QByteArray& bytes)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        fail(path);
+        fail("write", path);
     }
 }
 
