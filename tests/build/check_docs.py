@@ -8,6 +8,8 @@ A fenced block whose info string has a second word is a claim:
                                  commands behind "$ " print the lines that follow them
 
 Relative links have to lead to a file, and to a heading where they name one.
+
+usage: check_docs.py ROOT UNITFLOW OTHER_PROGRAM...
 """
 
 import os
@@ -26,27 +28,34 @@ HEADING = re.compile(r"^#+ +(.*)$", re.MULTILINE)
 
 
 def main():
-    root, *programs = map(pathlib.Path, sys.argv[1:])
+    root, *programs = (pathlib.Path(word).resolve() for word in sys.argv[1:])
+    folders = [str(program.parent) for program in programs]
     environment = dict(os.environ, LC_ALL="C.UTF-8", NO_COLOR="1")
-    environment["PATH"] = os.pathsep.join(
-        [*(str(program.parent) for program in programs), os.environ["PATH"]]
-    )
+    environment["PATH"] = os.pathsep.join([*folders, environment["PATH"]])
 
-    documents = sorted([root / "README.md", *root.glob("docs/*.md")])
-    demo = output_of([root / "scripts/demo-story"], root, environment)
-    problems = []
-    claims = 0
-    for document in documents:
-        text = document.read_text(encoding="utf-8")
-        problems += [f"{document}: {problem}" for problem in check_links(document, text)]
-        for line, found in check_claims(text, root, demo, environment):
-            claims += 1
-            problems += [f"{document}:{line}: {problem}" for problem in found]
+    with tempfile.TemporaryDirectory() as scratch:
+        environment["TMPDIR"] = scratch
+        demo = output_of([root / "scripts/demo-story", folders[0]], root, environment)
+        claims, problems = check_documents(root, demo, environment)
 
-    print(f"{claims} claims in {len(documents)} documents")
+    print(f"{claims} claims")
     for problem in problems:
         print(problem)
     return 1 if problems or claims == 0 else 0
+
+
+def check_documents(root, demo, environment):
+    """How many claims there are, and what is wrong."""
+    claims = 0
+    problems = []
+    for document in [root / "README.md", *sorted(root.glob("docs/*.md"))]:
+        name = document.relative_to(root)
+        text = document.read_text(encoding="utf-8")
+        problems += [f"{name}: {problem}" for problem in check_links(document, text)]
+        for line, found in check_claims(text, root, demo, environment):
+            claims += 1
+            problems += [f"{name}:{line}: {problem}" for problem in found]
+    return claims, problems
 
 
 def output_of(command, directory, environment):
@@ -65,12 +74,12 @@ def output_of(command, directory, environment):
 def check_claims(text, root, demo, environment):
     """A pair of a line number and problems for each block that claims something."""
     with tempfile.TemporaryDirectory() as scratch:
-        line_of_oven = pathlib.Path(scratch, "oven-line")
-        shutil.copytree(root / "examples/oven-line", line_of_oven)
+        workspace = pathlib.Path(scratch, "oven-line")
+        shutil.copytree(root / "examples/oven-line", workspace)
         for fence in FENCE.finditer(text):
             language, claim, content = fence.groups()
             if language == "console" and claim == "oven-line":
-                problems = check_session(content, line_of_oven, environment)
+                problems = check_session(content, workspace, environment)
             elif language == "console" and claim == "demo":
                 problems = check_part(content, demo, "what the demo prints")
             else:
