@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Checks that the documents tell the truth.
 
 A fenced block whose info string has a second word is a claim:
@@ -71,22 +72,24 @@ def output_of(command, directory, environment):
     ).stdout
 
 
+def claims_of(text):
+    """Line, language, claim and content of each block that claims something."""
+    for fence in FENCE.finditer(text):
+        yield (text.count("\n", 0, fence.start()) + 1, *fence.groups())
+
+
 def check_claims(text, root, demo, environment):
     """A pair of a line number and problems for each block that claims something."""
     with tempfile.TemporaryDirectory() as scratch:
         workspace = pathlib.Path(scratch, "oven-line")
         shutil.copytree(root / "examples/oven-line", workspace)
-        for fence in FENCE.finditer(text):
-            language, claim, content = fence.groups()
+        for line, language, claim, content in claims_of(text):
             if language == "console" and claim == "oven-line":
-                problems = check_session(content, workspace, environment)
+                yield line, check_session(content, workspace, environment)
             elif language == "console" and claim == "demo":
-                problems = check_part(content, demo, "what the demo prints")
+                yield line, check_part(content, demo, "what the demo prints")
             else:
-                problems = check_part(
-                    content, (root / claim).read_text(encoding="utf-8"), claim
-                )
-            yield text.count("\n", 0, fence.start()) + 1, problems
+                yield line, check_part(content, (root / claim).read_text(encoding="utf-8"), claim)
 
 
 def check_part(content, whole, title):
@@ -96,8 +99,9 @@ def check_part(content, whole, title):
 
 
 def check_session(content, directory, environment):
-    problems = []
-    for step in re.split(r"^\$ ", content, flags=re.MULTILINE)[1:]:
+    steps = re.split(r"^\$ ", content, flags=re.MULTILINE)[1:]
+    problems = [] if steps else ["no command in this session"]
+    for step in steps:
         command, claimed = step.split("\n", 1)
         printed = output_of(shlex.split(command), directory, environment)
         if printed.strip("\n") != claimed.strip("\n"):
