@@ -28,7 +28,7 @@ QByteArray readAndParse(const QString& path)
     if (!file.open(QIODevice::ReadOnly)) {
         fail("read", path);
     }
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
     const BaseClassSharedPointer tree = ConfigurationAndProcessDataParser().parseFromJson(
         QString::fromUtf8(bytes), PropertyManagerConst::getConfigFileExtension());
     // Links are a list, which is read all the same but is no tree.
