@@ -79,12 +79,6 @@ void addProblems(JsonDocument& document, const QList<Diagnostic>& diagnostics)
     });
 }
 
-QString placeOf(const filehost::Link& link)
-{
-    return link.line == 0 ? QStringLiteral("in the link ")
-                          : QStringLiteral("in links.json:%1:%2: ").arg(link.line).arg(link.column);
-}
-
 } // namespace
 
 Console::Console(const Streams& streams, const GlobalOptions& options)
@@ -129,7 +123,9 @@ void Console::report(const Diagnostic& diagnostic)
     problem.advice.clear();
     QString text = firstLine(diagnostic.severity, filehost::toText(problem));
     if (diagnostic.link) {
-        text += wrapped(placeOf(*diagnostic.link) + describe(*diagnostic.link), lineWidth);
+        text +=
+            wrapped(QStringLiteral("in ") + placeOf(*diagnostic.link) + describe(*diagnostic.link),
+                    lineWidth);
     }
     send(streams.err, text + wrapped(printable(diagnostic.problem.advice), lineWidth));
 }

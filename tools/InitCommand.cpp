@@ -3,6 +3,7 @@
 #include "filehost/Problem.h"
 #include "tools/Console.h"
 #include "tools/Json.h"
+#include "tools/Table.h"
 #include "tools/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -61,6 +62,17 @@ QString copyFile(const QString& from, const QString& to)
     return isWritten ? QString() : copy.errorString();
 }
 
+QString resultText(const QString& directory, const QStringList& files, bool color)
+{
+    Table table;
+    table.addHeading(printable(directory));
+    for (const QString& file : files) {
+        table.addRow({file});
+    }
+    return table.toText(color) +
+           QStringLiteral("%1 files written; README.md says what to try.\n").arg(files.size());
+}
+
 } // namespace
 
 CLI::App* InitCommand::declare(CLI::App& program)
@@ -83,11 +95,7 @@ ExitCode InitCommand::run(Console& console)
         json.add(QStringLiteral("files"), written);
         console.write(json);
     } else if (exitCode == ExitCode::Done) {
-        console.show(
-            QStringLiteral("%1 is ready; its README.md says what to try:\n").arg(printable(given)));
-        for (const QString& file : written) {
-            console.show(QStringLiteral("  %1\n").arg(file));
-        }
+        console.show(resultText(given, written, console.color()));
     }
     return exitCode;
 }

@@ -108,6 +108,12 @@ QString describe(const filehost::Link& link)
                : text + QStringLiteral(" (%1)").arg(parameters.join(QStringLiteral(", ")));
 }
 
+QString placeOf(const filehost::Link& link)
+{
+    return link.line == 0 ? QString()
+                          : QStringLiteral("links.json:%1:%2: ").arg(link.line).arg(link.column);
+}
+
 QList<LinkRun> withOutcome(const QList<LinkRun>& runs, Outcome outcome)
 {
     QList<LinkRun> found;

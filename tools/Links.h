@@ -48,6 +48,9 @@ private:
 /// "source → target through dependency", with the parameters if there are any.
 QString describe(const filehost::Link& link);
 
+/// "links.json:line:column: "; empty for a link that stands nowhere.
+QString placeOf(const filehost::Link& link);
+
 /// The runs with an outcome, in their order.
 QList<LinkRun> withOutcome(const QList<LinkRun>& runs, Outcome outcome);
 

@@ -12,7 +12,6 @@ namespace tools {
 namespace {
 
 constexpr std::size_t mostNames = 3;
-constexpr int farBehind = 6;
 
 // What is missing weighs less than what is wrong: people abbreviate.
 constexpr int missingLetter = 1;
@@ -86,7 +85,8 @@ QStringList nearestNames(const QString& name, const QStringList& candidates)
 
     QStringList names;
     std::for_each(ranked.begin(), shown, [&](const std::pair<int, QString>& entry) {
-        if (entry.first <= ranked.front().first + farBehind) {
+        const bool isFarBehind = entry.first > 2 * ranked.front().first + 2 * wrongLetter;
+        if (!isFarBehind) {
             names.append(entry.second);
         }
     });

@@ -60,7 +60,7 @@ void declare(CLI::App& program, GlobalArguments& arguments)
     program.get_formatter()->column_width(22);
     program.set_help_flag("-h,--help", "Show this help");
     program.add_option("-C", arguments.directory, "The workspace; the current folder without it")
-        ->option_text("DIR");
+        ->type_name("DIR");
     program.add_flag("--json", arguments.json, "Write one JSON document instead of text");
     program.add_flag("--quiet", arguments.quiet, "Write errors and warnings only");
     program.set_version_flag("--version", "unitflow " UNITFLOW_VERSION, "Show the version");

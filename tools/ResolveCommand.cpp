@@ -29,7 +29,7 @@ only if a command succeeded for each URL that was run.
 Examples:
   unitflow resolve controller display display-units
   unitflow resolve controller oven oven-units --process --parameter Zone1/
-  unitflow resolve controller display display-units --url Settings/TemperatureUnit
+  unitflow resolve controller display display-units --url Settings/Mode
   unitflow resolve --all --dry-run)";
 
 QStringList textsOf(const std::vector<std::string>& arguments)
@@ -57,7 +57,7 @@ QString whereUnresolved(const LinkRun& run)
 
 void complainAbout(const LinkRun& run, Console& console)
 {
-    console.complain(QStringLiteral("%1 did not resolve").arg(describe(run.link)),
+    console.complain(placeOf(run.link) + describe(run.link) + QStringLiteral(" did not resolve"),
                      QStringLiteral("for %1 no command succeeded, so %2 was left as it was")
                          .arg(whereUnresolved(run), printable(run.link.target)));
 }
@@ -76,11 +76,13 @@ CLI::App* ResolveCommand::declare(CLI::App& program)
     command->add_flag("--all", isAll, "Run every link of links.json instead");
     command->add_flag("--process", isProcess, "TARGET is a process description");
     command->add_option("--url", urlArguments, "Run for this URL; may be given again")
+        ->type_name("URL")
         ->option_text("URL")
         ->allow_extra_args(false);
     command
         ->add_option("--parameter", parameterArguments,
                      "Hand this to the commands; may be given again")
+        ->type_name("VALUE")
         ->option_text("VALUE")
         ->allow_extra_args(false);
     command->add_flag("--dry-run", isDryRun, "Show what would change, write nothing");

@@ -34,39 +34,50 @@ Examples:
   unitflow show controller Settings
   unitflow show oven Zone1/Temperature --process)";
 
-/// A list whose items are all lists.
-bool isTable(const QVariant& value)
-{
-    const QVariantList rows = value.toList();
-    return !rows.isEmpty() && std::all_of(rows.begin(), rows.end(), [](const QVariant& row) {
-        return row.type() == QVariant::List;
-    });
-}
-
 void addLeaf(Table& table, const Leaf& leaf, const QString& value)
 {
     const QString unit = leaf.unit.isValid() ? valueText(leaf.unit) : QString();
     table.addRow({printable(leaf.url), value, unit});
+}
+
+void addColumns(Table& table, const Leaf& leaf)
+{
     for (const Column& column : leaf.columns) {
         table.addRow({QStringLiteral("  ") + printable(column.name), {}, printable(column.unit)});
     }
 }
 
-/// The rows of an array below the names and units of its columns.
-QString arrayText(const Leaf& leaf)
+/// Many leaves, each of them short.
+QString leavesText(const Instance& instance, const QList<Leaf>& leaves, bool color)
 {
-    QStringList names;
-    QStringList units;
+    Table table;
+    table.addHeading(titleOf(instance));
+    for (const Leaf& leaf : leaves) {
+        addLeaf(table, leaf,
+                isTable(leaf.value) ? sizeText(leaf.value.toList()) : shortValueText(leaf.value));
+        addColumns(table, leaf);
+    }
+    return table.toText(color);
+}
+
+/// The rows of an array below the names and units of its columns.
+QString rowsText(const Leaf& leaf)
+{
+    const QString indentation;
+    QStringList names{indentation};
+    QStringList units{indentation};
     for (const Column& column : leaf.columns) {
         names.append(printable(column.name));
         units.append(printable(column.unit));
     }
 
     Table table;
-    table.addRow(names);
-    table.addRow(units);
+    if (!leaf.columns.isEmpty()) {
+        table.addRow(names);
+        table.addRow(units);
+    }
     for (const QVariant& row : leaf.value.toList()) {
-        QStringList cells;
+        QStringList cells{indentation};
         for (const QVariant& cell : row.toList()) {
             cells.append(valueText(cell));
         }
@@ -78,25 +89,14 @@ QString arrayText(const Leaf& leaf)
 /// One leaf, all of it.
 QString leafText(const Instance& instance, const Leaf& leaf, bool color)
 {
+    const bool hasRows = isTable(leaf.value);
     Table table;
     table.addHeading(titleOf(instance));
-    if (!isTable(leaf.value)) {
-        addLeaf(table, leaf, valueText(leaf.value));
-        return table.toText(color);
+    addLeaf(table, leaf, hasRows ? sizeText(leaf.value.toList()) : valueText(leaf.value));
+    if (!hasRows) {
+        addColumns(table, leaf);
     }
-    const QString unit = leaf.unit.isValid() ? valueText(leaf.unit) : QString();
-    table.addRow({printable(leaf.url), shortValueText(leaf.value), unit});
-    return table.toText(color) + arrayText(leaf);
-}
-
-QString leavesText(const Instance& instance, const QList<Leaf>& leaves, bool color)
-{
-    Table table;
-    table.addHeading(titleOf(instance));
-    for (const Leaf& leaf : leaves) {
-        addLeaf(table, leaf, shortValueText(leaf.value));
-    }
-    return table.toText(color);
+    return table.toText(color) + (hasRows ? rowsText(leaf) : QString());
 }
 
 } // namespace

@@ -35,24 +35,6 @@ bool meansItself(const QString& text)
     return parsed.type() == QVariant::String && parsed.toString() == text;
 }
 
-QString describeList(const QVariantList& items)
-{
-    const bool isTable = std::all_of(items.begin(), items.end(), [](const QVariant& item) {
-        return item.canConvert<QVariantList>() && !item.canConvert<QString>();
-    });
-    if (!isTable) {
-        return counted(items.size(), QStringLiteral("value"), QStringLiteral("values"));
-    }
-
-    int columns = 0;
-    for (const QVariant& row : items) {
-        columns = std::max(columns, row.toList().size());
-    }
-    return QStringLiteral("%1 of %2")
-        .arg(counted(items.size(), QStringLiteral("row"), QStringLiteral("rows")),
-             counted(columns, QStringLiteral("column"), QStringLiteral("columns")));
-}
-
 } // namespace
 
 QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
@@ -96,8 +78,30 @@ QString shortValueText(const QVariant& value)
     if (displayWidth(text) <= widestShortValue) {
         return text;
     }
-    return value.type() == QVariant::List ? describeList(value.toList())
+    return value.type() == QVariant::List ? sizeText(value.toList())
                                           : elided(text, widestShortValue);
+}
+
+bool isTable(const QVariant& value)
+{
+    const QVariantList rows = value.toList();
+    return !rows.isEmpty() && std::all_of(rows.begin(), rows.end(), [](const QVariant& row) {
+        return row.type() == QVariant::List;
+    });
+}
+
+QString sizeText(const QVariantList& list)
+{
+    if (!isTable(list)) {
+        return counted(list.size(), QStringLiteral("value"), QStringLiteral("values"));
+    }
+    int columns = 0;
+    for (const QVariant& row : list) {
+        columns = std::max(columns, row.toList().size());
+    }
+    return QStringLiteral("%1 of %2")
+        .arg(counted(list.size(), QStringLiteral("row"), QStringLiteral("rows")),
+             counted(columns, QStringLiteral("column"), QStringLiteral("columns")));
 }
 
 } // namespace tools

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QVariant>
+#include <QVariantList>
 
 namespace tools {
 
@@ -20,6 +21,12 @@ QString valueText(const QVariant& value);
 
 /// The same for a cell of a table: a list too long for one is described, text too long is cut.
 QString shortValueText(const QVariant& value);
+
+/// Whether a value is a list of lists.
+bool isTable(const QVariant& value);
+
+/// "20 values" or, for a list of lists, "20 rows of 2 columns".
+QString sizeText(const QVariantList& list);
 
 } // namespace tools
 

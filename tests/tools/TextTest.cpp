@@ -1,0 +1,77 @@
+#include "tools/Text.h"
+
+#include "Fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(DisplayWidth, counts_a_character_beyond_the_basic_plane_once)
+{
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("𝛼°C")), 3);
+}
+
+TEST(DisplayWidth, counts_no_combining_mark)
+{
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("e\u0301\u20DD")), 1);
+}
+
+TEST(Padded, fills_up_to_columns_and_not_to_bytes)
+{
+    EXPECT_EQ(tools::padded(QStringLiteral("m³/h"), 6), QStringLiteral("m³/h  "));
+    EXPECT_EQ(tools::padded(QStringLiteral("wide"), 2), QStringLiteral("wide"));
+}
+
+TEST(Elided, keeps_what_fits_and_shows_that_something_is_missing)
+{
+    EXPECT_EQ(tools::elided(QStringLiteral("abcdef"), 6), QStringLiteral("abcdef"));
+    EXPECT_EQ(tools::elided(QStringLiteral("abcdefg"), 6), QStringLiteral("abcde…"));
+}
+
+TEST(Elided, keeps_a_combining_mark_with_its_letter)
+{
+    EXPECT_EQ(tools::elided(QString::fromUtf8("abe\u0301xyz"), 4), QString::fromUtf8("abe\u0301…"));
+}
+
+TEST(Printable, spells_control_characters_out)
+{
+    EXPECT_EQ(tools::printable(QStringLiteral("a\nb\x1b[31m")),
+              QStringLiteral("a\\u000ab\\u001b[31m"));
+}
+
+TEST(Wrapped, breaks_at_blanks_and_indents_each_line)
+{
+    EXPECT_EQ(tools::wrapped(QStringLiteral("one two three four"), 13),
+              QStringLiteral("    one two\n    three\n    four\n"));
+}
+
+TEST(Wrapped, gives_a_word_wider_than_a_line_a_line_of_its_own)
+{
+    EXPECT_EQ(tools::wrapped(QStringLiteral("a/very/long/path to it"), 12),
+              QStringLiteral("    a/very/long/path\n    to it\n"));
+}
+
+TEST(Wrapped, makes_no_line_of_nothing)
+{
+    EXPECT_EQ(tools::wrapped({}, 80), QString());
+}
+
+TEST(Counted, uses_the_singular_for_one_only)
+{
+    const QString one = QStringLiteral("leaf");
+    const QString many = QStringLiteral("leaves");
+    EXPECT_EQ(tools::counted(0, one, many), QStringLiteral("0 leaves"));
+    EXPECT_EQ(tools::counted(1, one, many), QStringLiteral("1 leaf"));
+    EXPECT_EQ(tools::counted(2, one, many), QStringLiteral("2 leaves"));
+}
+
+TEST(Enumerated, puts_an_and_before_the_last)
+{
+    const QString a = QStringLiteral("a");
+    EXPECT_EQ(tools::enumerated({}), QString());
+    EXPECT_EQ(tools::enumerated({a}), QStringLiteral("a"));
+    EXPECT_EQ(tools::enumerated({a, a}), QStringLiteral("a and a"));
+    EXPECT_EQ(tools::enumerated({a, a, a}), QStringLiteral("a, a and a"));
+}
+
+} // namespace
