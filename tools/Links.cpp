@@ -60,7 +60,10 @@ LinkRunner::LinkRunner(const filehost::Workspace& workspace, filehost::Session& 
 LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
 {
     Messages messages([&](const QString& lastWords) {
-        report(link, Severity::Error, inDescription(link, lastWords));
+        Problem problem = inDescription(link, lastWords);
+        problem.advice = QStringLiteral("the program ends here and writes nothing; look for rows "
+                                        "with too few cells in the description");
+        report(link, Severity::Error, problem);
     });
 
     LinkRun run{link, urls};

@@ -188,6 +188,7 @@ void ShowCommand::writeLeaves(const QList<Leaf>& leaves, Console& console, ExitC
     JsonDocument json(QStringLiteral("show"), exitCode);
     json.add(QStringLiteral("instance"), QString::fromStdString(instanceArgument));
     json.add(QStringLiteral("process"), isProcess);
+    json.add(QStringLiteral("url"), wantedUrl());
     json.addObjects(QStringLiteral("leaves"), leaves, [&json](const Leaf& leaf) {
         json.add(QStringLiteral("url"), leaf.url);
         json.add(QStringLiteral("value"), leaf.value);
