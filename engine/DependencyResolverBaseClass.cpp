@@ -146,10 +146,12 @@ bool DependencyResolverBaseClass::resolveDependencyInternal(
     }
 
     // Held for all URLs: the host may let go of its own inside any call.
+    // NOLINTBEGIN(performance-unnecessary-copy-initialization)
     const BaseClassSharedPointer source = sourceRoot;
     const BaseClassSharedPointer target = targetRoot;
     const QSharedPointer<UnitManipulatorBase> unitManipulator = manipulator;
     const QVariantList values = parameters;
+    // NOLINTEND(performance-unnecessary-copy-initialization)
     QStringList traversed = urls;
 
     DependencyWalker walker;

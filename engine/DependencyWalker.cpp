@@ -42,7 +42,9 @@ bool DependencyWalker::initDependencyGraph(const BaseClassSharedPointer& descrip
     reset();
     unconditionalNodes.clear();
 
-    const BaseClassSharedPointer root = description; // the caller may let go of its own meanwhile
+    // The caller may let go of its own meanwhile.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const BaseClassSharedPointer root = description;
     for (const auto& [name, child] : internal::sortedChildren(*root)) {
         const QVariant type = internal::nodeType(child);
         if (!type.canConvert(QMetaType::QString)) {

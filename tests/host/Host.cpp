@@ -29,8 +29,9 @@ QString text(bool value)
 
 Host::Host()
 {
-    if (currentHost != nullptr)
+    if (currentHost != nullptr) {
         qFatal("a test host stands already");
+    }
     currentHost = this;
 }
 
@@ -41,8 +42,9 @@ Host::~Host()
 
 Host& Host::current()
 {
-    if (currentHost == nullptr)
+    if (currentHost == nullptr) {
         qFatal("the engine called a host that no test set up");
+    }
     return *currentHost;
 }
 
@@ -52,8 +54,9 @@ void Host::record(const QString& call)
     const auto met = std::find_if(actions.begin(), actions.end(), [&call](const auto& entry) {
         return call.startsWith(entry.first);
     });
-    if (met == actions.end())
+    if (met == actions.end()) {
         return;
+    }
     const auto action = met->second;
     actions.erase(met); // first, since the action may call the engine and come back here
     action();
@@ -73,22 +76,24 @@ QStringList Host::takeCalls(const QStringList& beginnings)
         const auto begins = [&call](const QString& beginning) {
             return call.startsWith(beginning);
         };
-        if (std::any_of(beginnings.begin(), beginnings.end(), begins))
+        if (std::any_of(beginnings.begin(), beginnings.end(), begins)) {
             taken.append(call);
+        }
     }
     return taken;
 }
 
-void Host::insideNext(const QString& beginning, std::function<void()> action)
+void Host::insideNext(const QString& beginning, const std::function<void()>& action)
 {
-    actions.append({beginning, std::move(action)});
+    actions.append({beginning, action});
 }
 
 QStringList Host::actionsNotRun() const
 {
     QStringList beginnings;
-    for (const auto& entry : actions)
+    for (const auto& entry : actions) {
         beginnings.append(entry.first);
+    }
     return beginnings;
 }
 
@@ -132,12 +137,13 @@ QString ConfigurationAndProcessDataDefinitions::getKeyDataPropertyHasDependency(
 QVariant ConfigurationAndProcessDataTools::extractConfigValue(const QString& url,
                                                               const BaseClassSharedPointer& root)
 {
-    const auto* node = static_cast<const testhost::Node*>(root.data());
+    const auto* node = dynamic_cast<const testhost::Node*>(root.data());
     const BaseClassSharedPointer leaf = node == nullptr ? nullptr : node->find(url);
     QVariant value;
-    if (leaf)
-        value = static_cast<const testhost::Node&>(*leaf).property(
+    if (!leaf.isNull()) {
+        value = dynamic_cast<const testhost::Node&>(*leaf).property(
             ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue());
+    }
     Host::current().record(
         QStringLiteral("extractConfigValue(%1, %2)").arg(url, where(root.data())));
     return value;
@@ -169,10 +175,11 @@ QVariantList ArrayDataTypeWrapper::getArrayValueContent() const
 int ArrayDataTypeWrapper::setArrayInfoWithStatus(const BaseClassSharedPointer& root,
                                                  const QString& url)
 {
-    const auto* node = static_cast<const testhost::Node*>(root.data());
+    const auto* node = dynamic_cast<const testhost::Node*>(root.data());
     const BaseClassSharedPointer leaf = node == nullptr ? nullptr : node->find(url);
-    if (!leaf)
+    if (leaf.isNull()) {
         return 2;
+    }
     return leaf->setDataProperty(
         ConfigurationAndProcessDataDefinitions::getKeyDataPropertyArrayInformation(),
         d->arrayInformation);
@@ -188,16 +195,18 @@ Array2dDataTypeWrapper::~Array2dDataTypeWrapper() = default;
 QStringList Array2dDataTypeWrapper::getColumnUnitTypes() const
 {
     QStringList units;
-    for (const QVariant& unit : d->arrayInformation)
+    for (const QVariant& unit : d->arrayInformation) {
         units.append(unit.toString());
+    }
     return units;
 }
 
 bool Array2dDataTypeWrapper::setColumnUnitTypes(const QStringList& unitTypes)
 {
     d->arrayInformation.clear();
-    for (const QString& unit : unitTypes)
+    for (const QString& unit : unitTypes) {
         d->arrayInformation.append(unit);
+    }
     return true;
 }
 
@@ -222,6 +231,7 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
     return root;
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the header is the engine's
 bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcessDescription(
     const QDir& folder, const QString& originFirst, const QString& originSecond,
     const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
@@ -233,10 +243,13 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
                  testhost::text(isProcess), testhost::text(host.storing)));
     return host.storing;
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 ConfigurationAndProcessDataParser::ConfigurationAndProcessDataParser() = default;
 
-ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() = default;
+// The header allows no trivial destructor.
+// NOLINTNEXTLINE(modernize-use-equals-default)
+ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() {}
 
 BaseClassSharedPointer
 ConfigurationAndProcessDataParser::parseFromJson(const QString& json,
@@ -315,8 +328,9 @@ JsonDataIteratorFilter::~JsonDataIteratorFilter() = default;
 void JsonDataIteratorFilter::visitObject(const QJsonObject& object)
 {
     for (auto pair = d->filter.cbegin(); pair != d->filter.cend(); ++pair) {
-        if (object.value(pair.key()).toVariant() != pair.value())
+        if (object.value(pair.key()).toVariant() != pair.value()) {
             return;
+        }
     }
     d->collected.append(object.value(d->resultKey));
 }
@@ -337,8 +351,9 @@ JsonDataIterator::~JsonDataIterator() = default;
 
 void JsonDataIterator::iterate(QJsonArray& array)
 {
-    for (const QJsonValue& value : qAsConst(array))
+    for (const QJsonValue& value : qAsConst(array)) {
         d->visitor.visitObject(value.toObject());
+    }
 }
 
 QJsonValue JsonDataIterator::getResult() const

@@ -39,7 +39,7 @@ public:
 
     /// Runs `action` once, inside the next call whose record starts with `beginning`. What that
     /// call returns was settled before.
-    void insideNext(const QString& beginning, std::function<void()> action);
+    void insideNext(const QString& beginning, const std::function<void()>& action);
     /// The beginnings that no call has met yet.
     QStringList actionsNotRun() const;
 

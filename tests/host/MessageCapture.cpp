@@ -1,6 +1,6 @@
 #include "MessageCapture.h"
 
-#include <cstdio>
+#include <iostream>
 
 namespace testhost {
 namespace {
@@ -43,8 +43,9 @@ QList<Message> MessageCapture::take()
 
 void MessageCapture::receive(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (type == QtFatalMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(text));
+    if (type == QtFatalMsg) {
+        std::cerr << text.toStdString() << '\n';
+    }
     currentCapture->messages.append({type, text, QString::fromUtf8(context.file), context.line,
                                      QString::fromUtf8(context.function),
                                      QString::fromUtf8(context.category)});

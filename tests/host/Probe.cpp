@@ -13,8 +13,9 @@ bool ProbeCommand::executeCommand(const BaseClassSharedPointer&, const BaseClass
                                   const QString&, QVariantList&, bool& changed, const QVariantList&,
                                   const QSharedPointer<UnitManipulatorBase>&)
 {
-    if (changes)
+    if (changes) {
         changed = true;
+    }
     Host::current().record(QStringLiteral("execute(%1)").arg(label));
     return result;
 }
@@ -26,7 +27,7 @@ QString ProbeCommand::getCommandAsString() const
 
 bool ProbeCommand::initCommand(const BaseClassSharedPointer& description)
 {
-    const auto& node = static_cast<const Node&>(*description);
+    const auto& node = dynamic_cast<const Node&>(*description);
     label =
         node.property(ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue()).toString();
     const QVariant scriptedResult = node.property(QStringLiteral("@result"));
@@ -38,8 +39,9 @@ bool ProbeCommand::initCommand(const BaseClassSharedPointer& description)
 QStringList GraphTest::executed()
 {
     QStringList labels;
-    for (const QString& call : host.takeCalls({QStringLiteral("execute(")}))
+    for (const QString& call : host.takeCalls({QStringLiteral("execute(")})) {
         labels.append(call.mid(8).chopped(1));
+    }
     return labels;
 }
 

@@ -43,10 +43,11 @@ public:
     }
     ~Registered()
     {
-        if (before)
+        if (before) {
             Factory::instance()[key] = std::move(before);
-        else
+        } else {
             Factory::instance().erase(key);
+        }
     }
     Registered(const Registered&) = delete;
     Registered& operator=(const Registered&) = delete;

@@ -21,11 +21,12 @@ void fill(Node& node, const QJsonObject& object)
             continue;
         }
         const NodePointer child = node.addChild(member.key());
-        if (member.value().isObject())
+        if (member.value().isObject()) {
             fill(*child, member.value().toObject());
-        else
+        } else {
             child->setProperty(ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue(),
                                member.value().toVariant());
+        }
     }
 }
 
@@ -39,8 +40,9 @@ bool sameValue(const QVariant& left, const QVariant& right)
 NodePointer tree(const QString& label, const QString& json)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8());
-    if (!document.isObject())
+    if (!document.isObject()) {
         return {};
+    }
     auto root = NodePointer::create(label);
     fill(*root, document.object());
     return root;
@@ -58,16 +60,18 @@ NodePointer table(const QString& rows)
 
 QString describe(const QVariant& value)
 {
-    if (!value.isValid())
+    if (!value.isValid()) {
         return QStringLiteral("invalid");
-    if (value.userType() == QMetaType::QString)
+    }
+    if (value.userType() == QMetaType::QString) {
         return '\'' + value.toString() + '\'';
+    }
     return QString::fromLatin1(value.typeName()) + '(' + value.toString() + ')';
 }
 
 QString where(const ConfigurationAndProcessDataBase* node)
 {
-    return node == nullptr ? QStringLiteral("null") : static_cast<const Node*>(node)->place();
+    return node == nullptr ? QStringLiteral("null") : dynamic_cast<const Node*>(node)->place();
 }
 
 Node::Node(const QString& place) : ownPlace(place) {}
@@ -105,28 +109,32 @@ int Node::write(const QString& key, const QVariant& value)
 {
     const int truth = sameValue(property(key), value) ? 1 : 0;
     const int status = nextStatuses.isEmpty() ? truth : nextStatuses.takeFirst();
-    if (status == 0)
+    if (status == 0) {
         setProperty(key, value);
+    }
     return status;
 }
 
 BaseClassSharedPointer Node::find(const QString& url) const
 {
-    if (children.contains(url))
+    if (children.contains(url)) {
         return children.value(url);
+    }
     const int separator = url.indexOf('/');
-    if (separator < 0)
+    if (separator < 0) {
         return {};
+    }
     const BaseClassSharedPointer child = children.value(url.left(separator));
-    return child ? static_cast<const Node&>(*child).find(url.mid(separator + 1)) : child;
+    return child.isNull() ? child : dynamic_cast<const Node&>(*child).find(url.mid(separator + 1));
 }
 
 Node& Node::at(const QString& url) const
 {
     const BaseClassSharedPointer node = find(url);
-    if (!node)
+    if (node.isNull()) {
         throw std::out_of_range((ownPlace + " holds no " + url).toStdString());
-    return static_cast<Node&>(*node);
+    }
+    return dynamic_cast<Node&>(*node);
 }
 
 NodePointer Node::addChild(const QString& name)
@@ -170,7 +178,7 @@ void Node::answerWritesWith(const QList<int>& statuses)
 
 const QHash<QString, BaseClassSharedPointer>& ConfigurationAndProcessDataBase::getChildMap() const
 {
-    const auto& node = static_cast<const testhost::Node&>(*this);
+    const auto& node = dynamic_cast<const testhost::Node&>(*this);
     testhost::Host::current().record(QStringLiteral("getChildMap(%1)").arg(node.place()));
     return node.children;
 }

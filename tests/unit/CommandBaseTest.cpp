@@ -4,6 +4,8 @@
 
 #include <QRegularExpression>
 
+#include <vector>
+
 namespace {
 
 class GroupSubstitution : public testhost::EngineTest {
@@ -31,13 +33,14 @@ TEST_F(GroupSubstitution, replaces_named_groups_and_passes_over_unnamed_ones)
 
 TEST_F(GroupSubstitution, replaces_placeholders_by_what_was_captured)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* pattern;
         const char* subject;
         const char* text;
         const char* replaced;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"the same placeholder twice", "(?<a>.+)", "X", "(?<a>)/(?<a>)", "X/X"},
         {"two groups", "(?<a>.)(?<b>.)", "XY", "(?<b>)(?<a>)", "YX"},
         {"a group that took no part gives nothing", "(?<a>x)|(?<b>y)", "y", "[(?<a>)][(?<b>)]",

@@ -22,8 +22,9 @@ public:
                                              .arg(testhost::where(leaf.data()), unit)
                                              .arg(int(commandResult))
                                              .arg(int(changed)));
-        if (action)
+        if (action) {
             action(commandResult, changed);
+        }
         return false;
     }
 

@@ -3,6 +3,7 @@
 #include "CommandFixture.h"
 
 #include <random>
+#include <vector>
 
 using testhost::table;
 using testhost::tree;
@@ -54,11 +55,12 @@ TEST_F(SetUnitByParameter, does_nothing_without_rows)
 
 TEST_F(SetUnitByParameter, reads_rows_of_exactly_three_cells)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* text;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"three cells make a row", R"([["s", "x", "a"]])",
          "SetUnitByConfigurationParameter(s,x,a);"},
         {"two cells make none", R"([["s", "a"], ["t", "", "b"]])",
@@ -96,12 +98,13 @@ TEST_F(SetUnitByParameter, always_initializes_with_success)
 
 TEST_F(SetUnitByParameter, fills_the_template_from_exactly_two_parameters)
 {
-    struct {
-        const char* title;
-        const char* urlTemplate;
+    struct Row {
+        const char* title = nullptr;
+        const char* urlTemplate = nullptr;
         QVariantList parameters;
-        const char* lookedUp;
-    } const table[] = {
+        const char* lookedUp = nullptr;
+    };
+    const std::vector<Row> table{
         {"two parameters fill both places",
          "Device/%1/Channel%2/Value",
          {"Inst2", 3},
@@ -135,11 +138,12 @@ TEST_F(SetUnitByParameter, fills_the_template_from_exactly_two_parameters)
 TEST_F(SetUnitByParameter, fills_random_templates_like_two_calls_of_arg_but_in_silence)
 {
     const QStringList pieces{"%", "L", "0", "1", "2", "9", "/", "a"};
-    std::mt19937 random(20); // NOLINT(cert-msc51-cpp): the same templates in every run
+    std::mt19937 random(20); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same templates in every run
     const auto text = [&](int length) {
         QString built;
-        for (int i = 0; i < length; ++i)
+        for (int i = 0; i < length; ++i) {
             built += pieces.at(int(random() % unsigned(pieces.size())));
+        }
         return built;
     };
     for (int round = 0; round < 2000; ++round) {
@@ -186,11 +190,12 @@ TEST_F(SetUnitByParameter, writes_an_empty_source_text)
 
 TEST_F(SetUnitByParameter, skips_rows_that_lack_something_and_goes_on)
 {
-    struct {
-        const char* title;
-        const char* row;
+    struct Row {
+        const char* title = nullptr;
+        const char* row = nullptr;
         QStringList calls;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no leaf: the source is not even read",
          R"(["s", "", "missing"])",
          {"getChildData(target, missing)"}},
@@ -226,8 +231,9 @@ TEST_F(SetUnitByParameter, turns_write_statuses_into_its_result_and_the_changed_
     for (const StatusRow& row : statusTable()) {
         SCOPED_TRACE(row.title);
         QStringList rows;
-        for (int i = 0; i < row.statuses.size(); ++i)
+        for (int i = 0; i < row.statuses.size(); ++i) {
             rows.append(R"(["s", "", "a"])");
+        }
         CommandSetUnitByConfigurationParameter command(table('[' + rows.join(',') + ']'));
         target = tree("target", R"({"a": 1})");
         target->at("a").answerWritesWith(row.statuses);

@@ -3,6 +3,8 @@
 #include "CommandFixture.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
+#include <vector>
+
 using testhost::table;
 using testhost::tree;
 
@@ -78,11 +80,12 @@ TEST_F(SetUnitProperties, does_nothing_without_a_description)
 
 TEST_F(SetUnitProperties, reads_rows_of_two_cells_and_of_three)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* text;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"two cells leave the third empty", R"([["a", "K"]])", "SetUnit(a,K,);"},
         {"three cells are all kept", R"([["a", "K", "x"]])", "SetUnit(a,K,x);"},
         {"of four cells the first two are kept", R"([["a", "K", "x", "y"]])", "SetUnit(a,K,);"},
@@ -132,11 +135,12 @@ TEST_F(SetUnitProperties, prints_its_rows_run_together)
 
 TEST_F(SetUnitProperties, puts_the_first_parameter_in_front_of_the_url)
 {
-    struct {
+    struct Row {
         const char* title;
         QVariantList parameters;
         const char* lookedUp;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no parameter leaves the URL as it is", {}, "Leaf"},
         {"text goes in front as it is", {"Inst1/"}, "Inst1/Leaf"},
         {"no separator is added", {"Inst1"}, "Inst1Leaf"},
@@ -205,8 +209,9 @@ TEST_F(SetUnitProperties, turns_write_statuses_into_its_result_and_the_changed_f
     for (const StatusRow& row : statusTable()) {
         SCOPED_TRACE(row.title);
         QStringList rows;
-        for (int i = 0; i < row.statuses.size(); ++i)
+        for (int i = 0; i < row.statuses.size(); ++i) {
             rows.append(R"(["a", "K"])");
+        }
         CommandSetUnitProperties command(table('[' + rows.join(',') + ']'));
         target = tree("target", R"({"a": 1})");
         target->at("a").answerWritesWith(row.statuses);
@@ -266,11 +271,12 @@ TEST_F(SetUnitProperties, asks_the_manipulator_after_each_write_whatever_its_sta
 
 TEST_F(SetUnitProperties, lets_the_manipulator_turn_both_flags)
 {
-    struct {
+    struct Row {
         const char* title;
         int status;
         bool setsResult, setsChanged;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a success made a failure", 0, false, false},
         {"a failure made a success", 2, true, true},
         {"a change made no change", 0, true, false},

@@ -2,6 +2,8 @@
 
 #include "EngineTest.h"
 
+#include <vector>
+
 using testhost::table;
 using testhost::tree;
 
@@ -29,11 +31,12 @@ TEST_F(ValueComparator, reads_its_table_once_and_through_the_array_wrapper)
 
 TEST_F(ValueComparator, holds_when_the_comparison_of_its_only_row_holds)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         bool holds;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"equal numbers are equal", R"([["s/five", "==", 5]])", true},
         {"other numbers are not", R"([["s/five", "==", 6]])", false},
         {"unequal finds another number", R"([["s/five", "!=", 6]])", true},
@@ -57,12 +60,13 @@ TEST_F(ValueComparator, holds_when_the_comparison_of_its_only_row_holds)
 
 TEST_F(ValueComparator, reads_the_constant_in_the_type_of_the_value)
 {
-    struct {
+    struct Row {
         const char* title;
         QVariant value;
         QVariant constant;
         bool equal;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a number and a text that is this number", 5, "5", true},
         {"a text and a number", "5", 5, true},
         {"a number and a text with a fraction", 5, "5.0", false},

@@ -2,6 +2,8 @@
 
 #include "EngineTest.h"
 
+#include <vector>
+
 using testhost::table;
 using testhost::tree;
 
@@ -22,12 +24,13 @@ protected:
 
 TEST_F(WriteOnUrlsRegExp, holds_when_a_pattern_finds_a_match_anywhere_in_the_url)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* written;
         bool holds;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a match of the whole URL", R"([["a/b"], ["a/c"]])", "a/c", true},
         {"a match of its beginning", R"([["a/b"], ["a/c"]])", "a/b/x", true},
         {"a match in its middle", R"([["a/b"]])", "x/a/b/x", true},

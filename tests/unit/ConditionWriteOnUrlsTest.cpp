@@ -2,6 +2,8 @@
 
 #include "EngineTest.h"
 
+#include <vector>
+
 using testhost::table;
 using testhost::tree;
 
@@ -19,11 +21,12 @@ TEST_F(WriteOnUrls, reads_its_table_once_and_through_the_array_wrapper)
 
 TEST_F(WriteOnUrls, holds_for_a_write_at_exactly_one_of_its_urls)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* written;
         bool holds;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"the first URL", "a/b", true},        {"the last URL", "a/c", true},
         {"a place below one", "a/b/x", false}, {"a place above one", "a", false},
         {"another case", "A/b", false},        {"no URL at all", "", false},

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 using testhost::Message;
 using testhost::tree;
@@ -51,6 +52,15 @@ protected:
                 "const QDir&, const QString&, const QString&, bool&, bool, const QStringList&, "
                 "const QVariantList&, const QSharedPointer<UnitManipulatorBase>&) const",
                 "default"};
+    }
+
+    /// The record of the store that ends a resolution.
+    static QString stored(const QString& folder, const QString& instance, const QString& root,
+                          const QString& isProcess)
+    {
+        return QString("setParsedConfigurationProcessDescription(%1, first origin, second origin, "
+                       "%2, %3, %4) -> true")
+            .arg(folder, instance, root, isProcess);
     }
 
     bool internal(const QString& json, const QStringList& urls)
@@ -168,8 +178,7 @@ TEST_F(Resolver, loads_resolves_and_stores_in_its_own_folders)
                      "getParsedConfigurationProcessDescription(/base/configurations, Tgt, false)",
                      "parseFromJson(" + follow + ", .tree)",
                      "setDataProperty(target/leaf, @unit, 'K') -> 0",
-                     "setParsedConfigurationProcessDescription(/base/configurations, first origin, "
-                     "second origin, Tgt, target, false) -> true"}));
+                     stored("/base/configurations", "Tgt", "target", "false")}));
 }
 
 TEST_F(Resolver, takes_only_the_target_for_a_process_description)
@@ -186,8 +195,7 @@ TEST_F(Resolver, takes_only_the_target_for_a_process_description)
                      "getParsedConfigurationProcessDescription(/base/processes, Tgt, true)",
                      "parseFromJson(" + follow + ", .tree)",
                      "setDataProperty(process/leaf, @unit, 'K') -> 0",
-                     "setParsedConfigurationProcessDescription(/base/processes, first origin, "
-                     "second origin, Tgt, process, true) -> true"}));
+                     stored("/base/processes", "Tgt", "process", "true")}));
 }
 
 TEST_F(Resolver, resolves_in_any_two_folders)
@@ -203,9 +211,7 @@ TEST_F(Resolver, resolves_in_any_two_folders)
                   (QStringList{"getDependency(/base/dependencies, follow)",
                                "getParsedConfigurationProcessDescription(/from, Src, false)",
                                "getParsedConfigurationProcessDescription(/to, Tgt, " + flag + ')',
-                               "setParsedConfigurationProcessDescription(/to, first origin, "
-                               "second origin, Tgt, process, " +
-                                   flag + ") -> true"}));
+                               stored("/to", "Tgt", "process", flag)}));
     }
     EXPECT_TRUE(changed);
 }
@@ -371,10 +377,8 @@ TEST_F(Resolver, stores_the_target_although_a_tree_is_missing)
     EXPECT_TRUE(resolver.resolveDependency("Src", "No", "follow", false, {"Unit"}, {}, {}));
     EXPECT_EQ(messages.take(), (QList<Message>{rootInvalid(), rootInvalid()}));
     EXPECT_EQ(host.takeCalls({"setParsed"}),
-              (QStringList{"setParsedConfigurationProcessDescription(/base/configurations, "
-                           "first origin, second origin, Tgt, target, false) -> true",
-                           "setParsedConfigurationProcessDescription(/base/configurations, "
-                           "first origin, second origin, No, null, false) -> true"}));
+              (QStringList{stored("/base/configurations", "Tgt", "target", "false"),
+                           stored("/base/configurations", "No", "null", "false")}));
 }
 
 TEST_F(Resolver, fails_when_the_host_makes_no_tree_of_the_description)
@@ -449,11 +453,12 @@ TEST_F(Resolver, succeeds_only_when_every_url_does_and_runs_them_all)
 {
     const QString succeeding = R"({"@val": "%1"})";
     const QString failing = R"({"@val": "%1", "@result": false})";
-    struct {
+    struct Row {
         const char* title;
         QString onB, onA;
         bool result;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"both succeed", succeeding, succeeding, true},
         {"the first fails", failing, succeeding, false},
         {"the last fails", succeeding, failing, false},

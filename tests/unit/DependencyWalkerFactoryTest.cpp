@@ -202,9 +202,10 @@ TEST_F(WalkerFactory, lists_every_condition_type_that_is_registered)
 {
     const auto& registry = DependencyWalkerFactory::ConditionFactory::instance();
     ASSERT_FALSE(registry.empty());
-    for (const auto& entry : registry)
+    for (const auto& entry : registry) {
         EXPECT_TRUE(DependencyWalkerFactory::getConditionTypeNames().contains(entry.first))
             << entry.first.toStdString() << " would never be looked for on an edge";
+    }
 }
 
 TEST_F(WalkerFactory, makes_every_registered_type_from_nothing)

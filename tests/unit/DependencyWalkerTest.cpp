@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <type_traits>
+#include <vector>
 
 using testhost::tree;
 
@@ -34,8 +35,9 @@ protected:
     static QStringList names(const QList<QSharedPointer<NodeBase>>& nodes)
     {
         QStringList names;
-        for (const QSharedPointer<NodeBase>& node : nodes)
+        for (const QSharedPointer<NodeBase>& node : nodes) {
             names.append(node->getNodeName());
+        }
         return names;
     }
 
@@ -133,11 +135,12 @@ TEST_F(Walker, runs_every_node_and_returns_whether_any_succeeded)
     const QString failing = R"("%1": {"Type": "CommandNode",
         "Commands": {"Probe": {"@val": "%1", "@result": false}}})";
     const QString succeeding = R"("%1": {"Type": "CommandNode", "Commands": {"Probe": "%1"}})";
-    struct {
-        const char* title;
+    struct Row {
+        const char* title = nullptr;
         QStringList nodes;
-        bool result;
-    } const table[] = {
+        bool result = false;
+    };
+    const std::vector<Row> table{
         {"all fail", {failing.arg("A"), failing.arg("B")}, false},
         {"the first succeeds", {succeeding.arg("A"), failing.arg("B")}, true},
         {"the last succeeds", {failing.arg("A"), succeeding.arg("B")}, true},
@@ -240,10 +243,11 @@ TEST_F(Walker, does_nothing_without_a_source)
 
 TEST_F(Walker, skips_top_level_children_without_a_known_type_in_silence)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* node;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no type", R"({"Commands": {"Probe": "a"}})"},
         {"a keyword in another case", R"({"type": "CommandNode", "Commands": {"Probe": "a"}})"},
         {"a type in another case", R"({"Type": "commandnode", "Commands": {"Probe": "a"}})"},

@@ -73,8 +73,9 @@ TEST_F(FactoryTemplate, returns_null_for_keys_that_are_not_registered)
 {
     ShapeFactory::registerType<Circle>("circle");
 
-    for (const char* key : {"", "Circle", "CIRCLE", "circle ", "circl", "square"})
+    for (const char* key : {"", "Circle", "CIRCLE", "circle ", "circl", "square"}) {
         EXPECT_EQ(ShapeFactory::create(key, 7, ""), nullptr) << key;
+    }
     EXPECT_EQ(ShapeFactory::instance().size(), 1U) << "asking registers nothing";
 }
 

@@ -5,6 +5,8 @@
 #include "Nodes/NodeSwitch.h"
 #include "Probe.h"
 
+#include <vector>
+
 using testhost::Registered;
 using testhost::tree;
 using testhost::Unregistered;
@@ -17,8 +19,9 @@ protected:
     static QStringList successors(const NodeBase& node)
     {
         QStringList names;
-        for (const NodeBase::SuccessorType& edge : node.getSucessorList())
-            names.append(edge.node ? edge.node->getNodeName() : "-");
+        for (const NodeBase::SuccessorType& edge : node.getSucessorList()) {
+            names.append(edge.node.isNull() ? "-" : edge.node->getNodeName());
+        }
         return names;
     }
 
@@ -121,10 +124,11 @@ TEST_F(GraphNode, makes_the_kind_of_node_that_the_type_names)
 
 TEST_F(GraphNode, keeps_an_empty_edge_where_no_node_can_be_made)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* successor;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no type", R"({"ConditionWriteOnUrls": [["x"]]})"},
         {"a type in another case", R"({"type": "SwitchNode", "ConditionWriteOnUrls": [["x"]]})"},
         {"a type that is not known", R"({"Type": "Node", "ConditionWriteOnUrls": [["x"]]})"},
@@ -164,8 +168,9 @@ TEST_F(GraphNode, guards_an_edge_by_the_conditions_inside_the_successor)
         "ConditionOther": [["no"]]}}})"));
 
     QStringList conditions;
-    for (const auto& condition : node.getSucessorList().constFirst().conditions)
+    for (const auto& condition : node.getSucessorList().constFirst().conditions) {
         conditions.append(condition->getConditionAsString());
+    }
     EXPECT_EQ(conditions, (QStringList{"a==1", "b", "c"}));
     EXPECT_EQ(node.getConditionUrls(), (QStringList{"a", "b", "RE:c"}));
 }

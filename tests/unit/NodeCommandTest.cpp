@@ -2,6 +2,8 @@
 
 #include "NodeFixture.h"
 
+#include <vector>
+
 using testhost::Message;
 using testhost::tree;
 
@@ -21,11 +23,12 @@ TEST_F(CommandNode, runs_its_commands_in_ascending_order_of_their_type_names)
 
 TEST_F(CommandNode, runs_every_command_and_returns_whether_any_succeeded)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* commands;
         bool result;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"all fail",
          R"({"Probe": {"@val": "1", "@result": false}, "Probe2": {"@val": "2", "@result": false}})",
          false},
@@ -198,12 +201,13 @@ TEST_F(CommandNode, runs_its_commands_without_a_target)
 
 TEST_F(CommandNode, carries_both_flags_across_several_nodes)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* first;
         const char* second;
         bool result, changed;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"nothing succeeds and nothing changes", R"({"@val": "1", "@result": false})",
          R"({"@val": "2", "@result": false})", false, false},
         {"success above, change below", R"({"@val": "1"})",

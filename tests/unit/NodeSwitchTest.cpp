@@ -3,6 +3,8 @@
 #include "Conditions/ConditionBase.h"
 #include "NodeFixture.h"
 
+#include <vector>
+
 using testhost::tree;
 using testhost::Unregistered;
 
@@ -82,10 +84,11 @@ TEST_F(SwitchNode, finishes_a_subgraph_before_it_looks_at_the_next_edge)
 
 TEST_F(SwitchNode, looks_at_every_edge_and_returns_whether_any_command_succeeded)
 {
-    struct {
+    struct Row {
         const char* title;
         bool first, second;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"both fail", false, false},
         {"the first succeeds", true, false},
         {"the second succeeds", false, true},

@@ -40,16 +40,18 @@ QString alwaysNode(int number)
 QString description()
 {
     QStringList nodes;
-    for (int number = 0; number < 20; ++number)
+    for (int number = 0; number < 20; ++number) {
         nodes << watchingNode(number) << alwaysNode(number);
+    }
     return '{' + nodes.join(',') + '}';
 }
 
 testhost::NodePointer targetTree()
 {
     auto target = testhost::NodePointer::create("target");
-    for (int number = 0; number < 20; ++number)
+    for (int number = 0; number < 20; ++number) {
         target->addChild(QStringLiteral("leaf%1").arg(number));
+    }
     return target;
 }
 
@@ -71,9 +73,10 @@ int main()
 
     QList<QSharedPointer<NodeBase>> matches;
     walker.filterRegExpMatches("shared1", matches);
-    for (const QSharedPointer<NodeBase>& node : matches)
+    for (const QSharedPointer<NodeBase>& node : matches) {
         out << "match: " << node->getNodeName() << " watching "
             << node->getConditionUrls().join(' ') << '\n';
+    }
 
     QString path;
     QStringList lines;
@@ -84,11 +87,13 @@ int main()
     const testhost::NodePointer source = testhost::tree("source", R"({"unit": "bar"})");
     const testhost::NodePointer target = targetTree();
     QVariantList results;
-    for (const QString& url : {QString("shared"), QString("shared1"), QString()})
+    for (const QString& url : {QString("shared"), QString("shared1"), QString()}) {
         walker.traverseDependencyGraph(url, source, target, results, {}, {});
+    }
 
     out << host.takeCalls().join('\n') << '\n';
-    for (const testhost::Message& message : messages.take())
+    for (const testhost::Message& message : messages.take()) {
         out << message.text << '\n';
+    }
     return 0;
 }

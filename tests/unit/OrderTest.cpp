@@ -19,8 +19,9 @@ QString runScenario(const QString& seed)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("QT_HASH_SEED");
-    if (!seed.isEmpty())
+    if (!seed.isEmpty()) {
         environment.insert("QT_HASH_SEED", seed);
+    }
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(UNITFLOW_ORDER_SCENARIO, QStringList());
@@ -40,8 +41,9 @@ TEST(Order, is_the_same_in_every_process_whatever_the_hash_seed)
         hashOrders.insert(output.section('\n', 0, 0));
         const QString rest = output.section('\n', 1);
         ASSERT_GT(rest.count('\n'), 300) << output.toStdString();
-        if (expected.isEmpty())
+        if (expected.isEmpty()) {
             expected = rest;
+        }
         EXPECT_EQ(rest, expected);
     }
     EXPECT_GT(hashOrders.size(), 1) << "the hashes of these processes were alike by chance";
@@ -76,8 +78,9 @@ protected:
         for (unsigned i = 0; i < count; ++i) {
             QString name;
             const auto length = random() % 4;
-            for (unsigned j = 0; j < length; ++j)
+            for (unsigned j = 0; j < length; ++j) {
                 name += pieces.at(int(random() % unsigned(pieces.size())));
+            }
             names.insert(name);
         }
         return {names.begin(), names.end()};
@@ -90,8 +93,9 @@ protected:
         while (!names.isEmpty()) {
             QString smallest = names.constFirst();
             for (const QString& name : qAsConst(names)) {
-                if (QString::compare(name, smallest) < 0)
+                if (QString::compare(name, smallest) < 0) {
                     smallest = name;
+                }
             }
             names.removeOne(smallest);
             ascending.append(smallest);
@@ -99,7 +103,7 @@ protected:
         return ascending;
     }
 
-    std::mt19937 random{5}; // NOLINT(cert-msc51-cpp): the same names in every run
+    std::mt19937 random{5}; // NOLINT(cert-msc32-c,cert-msc51-cpp): the same names in every run
 };
 
 TEST_F(RandomOrder, of_edges_is_ascending)
@@ -107,12 +111,14 @@ TEST_F(RandomOrder, of_edges_is_ascending)
     for (int round = 0; round < 300; ++round) {
         const QStringList names = randomNames();
         const auto description = testhost::tree("d", R"({"Next": {}})");
-        for (const QString& name : names)
+        for (const QString& name : names) {
             description->at("Next").addChild(name)->addChild("Type")->setProperty("@val",
                                                                                   "SwitchNode");
+        }
         QStringList built;
-        for (const auto& edge : NodeSwitch("Top", description).getSucessorList())
+        for (const auto& edge : NodeSwitch("Top", description).getSucessorList()) {
             built.append(edge.node->getNodeName());
+        }
         ASSERT_EQ(built, sorted(names));
     }
 }
@@ -134,16 +140,18 @@ TEST_F(RandomOrder, of_top_level_nodes_is_ascending)
                 ->setProperty("@val", QVariantList{QVariant(QVariantList{"."})});
         }
         QStringList expectedUrls;
-        for (const QString& name : sorted(names))
+        for (const QString& name : sorted(names)) {
             expectedUrls.append("url of " + name);
+        }
 
         DependencyWalker walker;
         walker.initDependencyGraph(description);
         QList<QSharedPointer<NodeBase>> matches;
         walker.filterRegExpMatches("x", matches);
         QStringList matched;
-        for (const auto& node : matches)
+        for (const auto& node : matches) {
             matched.append(node->getNodeName());
+        }
         ASSERT_EQ(walker.getDependencyUrlList(), expectedUrls);
         ASSERT_EQ(matched, sorted(names));
     }

@@ -211,7 +211,7 @@ TEST_F(Reentrancy, a_condition_may_drop_every_reference_of_the_caller)
 
 TEST_F(Reentrancy, a_write_may_remove_its_leaf_from_the_tree)
 {
-    auto& root = static_cast<testhost::Node&>(*target);
+    auto& root = dynamic_cast<testhost::Node&>(*target);
     build(threeWrites);
     host.insideNext("setDataProperty(target/a", [&root] { root.removeChild("a"); });
     host.insideNext("getChildData(target, b)", [&root] { root.removeChild("b"); });
@@ -224,16 +224,18 @@ TEST_F(Reentrancy, a_write_may_give_a_running_command_more_rows)
 {
     CommandSetUnitProperties fixed(table(R"([["a", "K"], ["b", "K"]])"));
     host.insideNext("setDataProperty(target/a", [&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             fixed.initCommand(table(R"([["c", "K"]])"));
+        }
     });
     EXPECT_TRUE(execute(fixed));
     EXPECT_EQ(writes(), writesOfThree.mid(0, 2));
 
     CommandSetUnitByConfigurationParameter following(table(R"([["s", "", "a"], ["s", "", "b"]])"));
     host.insideNext("setDataProperty(target/a", [&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             following.initCommand(table(R"([["s", "", "c"]])"));
+        }
     });
     EXPECT_TRUE(execute(following));
     EXPECT_EQ(writes().size(), 2);
@@ -243,8 +245,9 @@ TEST_F(Reentrancy, a_read_may_give_a_running_condition_more_rows)
 {
     ConditionValueComparators condition(table(R"([["s", "==", "no"], ["s", "==", "K"]])"));
     host.insideNext("extractConfigValue(s, source)", [&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             condition.initCondition(table(R"([["s", "==", "no"]])"));
+        }
     });
     host.takeCalls();
 
@@ -259,8 +262,9 @@ TEST_F(Reentrancy, a_command_may_give_running_nodes_more_edges)
         "O": {"Type": "CommandNode", "Commands": {"Probe": "o"}}}})";
     NodeSwitch branching("Top", tree("d", next));
     host.insideNext("execute(n)", [&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             branching.initNodeEdges(tree("d", next));
+        }
     });
     EXPECT_TRUE(branching.traverseNode(source, target, "s", results, changed, {}, {}));
     EXPECT_EQ(executed(), (QStringList{"n", "o"}));
@@ -277,9 +281,10 @@ TEST_F(Reentrancy, a_read_may_register_types)
     using Nodes = DependencyWalkerFactory::NodeFactory;
     std::vector<std::unique_ptr<testhost::Registered<Nodes, NodeSwitch>>> registered;
     host.insideNext("getChildMap(d/A)", [&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             registered.push_back(std::make_unique<testhost::Registered<Nodes, NodeSwitch>>(
                 QStringLiteral("HostNode%1").arg(i)));
+        }
         registered.push_back(
             std::make_unique<testhost::Registered<Nodes, NodeSwitch>>("CommandNode"));
     });
