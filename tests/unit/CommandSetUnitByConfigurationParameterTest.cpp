@@ -30,6 +30,15 @@ TEST_F(SetUnitByParameter, writes_the_source_value_as_unit_of_each_row_in_order)
                            "setDataProperty(target/a, @unit, 'K') -> 0"}));
 }
 
+TEST_F(SetUnitByParameter, has_rows_of_parameter_extra_and_target_template)
+{
+    const CommandSetUnitByConfigurationParameter::UnitProperties row{"s", "x", "%1"};
+
+    EXPECT_EQ(row.parameterUrl, "s");
+    EXPECT_EQ(row.extra, "x");
+    EXPECT_EQ(row.targetUrlTemplate, "%1");
+}
+
 TEST_F(SetUnitByParameter, reads_its_table_once_and_through_the_array_wrapper)
 {
     const CommandSetUnitByConfigurationParameter command(table(R"([["s", "", "a"]])"));

@@ -30,6 +30,15 @@ TEST_F(SetUnitProperties, writes_the_unit_of_each_row_in_order)
     EXPECT_EQ(target->at("b/c").unit(), QVariant("bar"));
 }
 
+TEST_F(SetUnitProperties, has_rows_of_target_unit_and_extra)
+{
+    const CommandSetUnitProperties::UnitProperties row{"a", "K", "x"};
+
+    EXPECT_EQ(row.targetUrl, "a");
+    EXPECT_EQ(row.unit, "K");
+    EXPECT_EQ(row.extra, "x");
+}
+
 TEST_F(SetUnitProperties, writes_the_same_again_when_it_is_executed_again)
 {
     target = tree("target", R"({"a": 20})");

@@ -21,6 +21,15 @@ protected:
     testhost::NodePointer target = tree("target", "{}");
 };
 
+TEST_F(ValueComparator, has_rows_of_url_comparator_and_constant)
+{
+    const ConditionValueComparators::ConditionComparatorEntry row{"s", "==", 5};
+
+    EXPECT_EQ(row.url, "s");
+    EXPECT_EQ(row.comparator, "==");
+    EXPECT_EQ(row.value, QVariant(5));
+}
+
 TEST_F(ValueComparator, reads_its_table_once_and_through_the_array_wrapper)
 {
     const ConditionValueComparators condition(table(R"([["s/five", "==", 5]])"));

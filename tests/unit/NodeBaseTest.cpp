@@ -33,6 +33,15 @@ protected:
     }
 };
 
+TEST_F(GraphNode, has_edges_of_conditions_and_a_node)
+{
+    const QSharedPointer<NodeBase> node = QSharedPointer<NodeSwitch>::create("A", nullptr);
+    const NodeBase::SuccessorType edge{{nullptr, nullptr}, node};
+
+    EXPECT_EQ(edge.conditions.size(), 2);
+    EXPECT_EQ(edge.node, node);
+}
+
 TEST_F(GraphNode, without_next_is_a_leaf)
 {
     for (const char* description :

@@ -167,6 +167,7 @@ TEST_F(Reentrancy, a_read_may_drop_the_description_that_is_being_built)
 TEST_F(Reentrancy, a_write_may_drop_every_reference_of_the_caller)
 {
     QString url = "s";
+    QVariantList parameters{""};
     QSharedPointer<UnitManipulatorBase> manipulator =
         QSharedPointer<ScriptedManipulator>::create([&](bool&, bool&) { manipulator = nullptr; });
     build(twoRows);
@@ -175,10 +176,11 @@ TEST_F(Reentrancy, a_write_may_drop_every_reference_of_the_caller)
         source = nullptr;
         target = nullptr;
         url = "other";
+        parameters = {"other/"};
     });
 
-    EXPECT_TRUE(
-        walker.traverseDependencyGraph(url, source, target, results, changed, {}, manipulator));
+    EXPECT_TRUE(walker.traverseDependencyGraph(url, source, target, results, changed, parameters,
+                                               manipulator));
     EXPECT_EQ(host.takeCalls({"setDataProperty", "manipulateUnit"}),
               (QStringList{"setDataProperty(target/a, @unit, 'K') -> 0",
                            "manipulateUnit(target/a, K, 1, 1)",
