@@ -31,7 +31,7 @@ QString readDescription(const File& file, QList<Problem>& problems)
     if (bytes->startsWith("\xEF\xBB\xBF")) {
         bytes->remove(0, 3); // QString::fromUtf8 drops a byte order mark as well
     }
-    const QString text = QString::fromUtf8(*bytes);
+    QString text = QString::fromUtf8(*bytes);
     if (bytes->isEmpty() || text.toUtf8() != *bytes) {
         // As text, what is no UTF-8 would turn into other characters without a word.
         json::JsonText::parse(*bytes, file.shown, problems);

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -89,8 +90,10 @@ bool checkName(Named what, const QString& name, QList<Problem>& problems)
         wrong = QStringLiteral("is absolute");
     } else if (hasForbiddenSegment(name)) {
         wrong = QStringLiteral("has an empty, \".\" or \"..\" segment");
-    } else if (name.contains(QChar(QChar::Null)) || !name.isValidUtf16()) {
-        wrong = QStringLiteral("has a character that no file name can have");
+    } else if (name.contains(QChar(QChar::Null)) ||
+               QFile::decodeName(QFile::encodeName(name)) != name) {
+        // In a locale without it, a letter turns into "?", and two names into one file.
+        wrong = QStringLiteral("has a character that no file name can have in this locale");
     } else if (isManifest(what, name)) {
         wrong = QStringLiteral("is the manifest's, which is no instance");
     } else {
@@ -112,8 +115,8 @@ QString confinedPath(const QString& root, const QString& folder, Named what, con
     if (!checkName(what, name, problems)) {
         return {};
     }
-    const QString path = QDir(folder).absoluteFilePath(
-        name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension());
+    QString path = QDir(folder).absoluteFilePath(name + QLatin1Char('.') +
+                                                 PropertyManagerConst::getConfigFileExtension());
     if (!leadsOut(root, path)) {
         return path;
     }

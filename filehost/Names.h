@@ -20,7 +20,7 @@ QString wordsFor(Named what);
 QString folderOf(const QString& root, Named what);
 
 /// False with a problem when a name is not allowed: an empty or absolute one, one with an empty,
-/// "." or ".." segment, with characters that no file name can have, or the manifest's as the name
+/// "." or ".." segment, with a character that no file name can have, or the manifest's as the name
 /// of a configuration.
 bool checkName(Named what, const QString& name, QList<Problem>& problems);
 

@@ -18,7 +18,7 @@ enum class Kind { Configuration, Process };
 
 /// One instance of a workspace. The name may hold "/" for subfolders.
 struct Instance {
-    Kind kind;
+    Kind kind = Kind::Configuration;
     QString name;
 };
 

@@ -122,7 +122,7 @@ Wording wording(rapidjson::ParseErrorCode code)
         return {"half of a surrogate pair: %1", "write the character itself, in UTF-8"};
     case rapidjson::kParseErrorStringEscapeInvalid:
         return {"this may not stand in a string: %1",
-                "write a line break as \\n, a tab as \\t, a backslash as \\\\"};
+                R"(write a line break as \n, a tab as \t, a backslash as \\)"};
     case rapidjson::kParseErrorStringMissQuotationMark:
         return {"the string has no end, found %1", "close it with a double quote"};
     case rapidjson::kParseErrorStringInvalidEncoding:

@@ -8,6 +8,7 @@
 #include <rapidjson/writer.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 namespace filehost::json {
@@ -120,7 +121,7 @@ bool isSame(const QVariant& left, const QVariant& right)
     }
     if (left.userType() == QMetaType::Double) {
         // QVariant takes doubles that are nearly equal for equal.
-        return std::equal_to<double>()(left.toDouble(), right.toDouble());
+        return std::equal_to<>()(left.toDouble(), right.toDouble());
     }
     return left == right;
 }

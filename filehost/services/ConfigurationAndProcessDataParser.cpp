@@ -9,7 +9,8 @@ using filehost::Problem;
 
 ConfigurationAndProcessDataParser::ConfigurationAndProcessDataParser() = default;
 
-ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() = default;
+// NOLINTNEXTLINE(modernize-use-equals-default): the class is declared for any host to define
+ConfigurationAndProcessDataParser::~ConfigurationAndProcessDataParser() {}
 
 // The extension tells nothing: all files of this host are of one format.
 BaseClassSharedPointer

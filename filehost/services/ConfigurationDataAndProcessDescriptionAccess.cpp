@@ -121,7 +121,7 @@ QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& 
     QList<Problem> problems;
     const std::optional<File> file =
         fileIn(dependencyFolder, Named::Description, dependencyName, problems);
-    const QString text = file ? filehost::readDescription(*file, problems) : QString();
+    QString text = file ? filehost::readDescription(*file, problems) : QString();
     if (file && !text.isEmpty()) {
         filehost::rememberHandedOut(text, file->shown);
     }
@@ -152,7 +152,9 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
 
 bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcessDescription(
     const QDir& folder, const QString& originFirst, const QString& originSecond,
-    const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
+    const QString& instanceName,
+    BaseClassSharedPointer tree, // NOLINT(performance-unnecessary-value-param): by contract
+    bool isProcess)
 {
     if (tree.isNull()) {
         return false; // why there is none was said when it was asked for

@@ -181,7 +181,7 @@ BaseClassSharedPointer FileTreeNode::getChildData(const QString& url)
     for (int slash = url.indexOf(QLatin1Char('/')); slash >= 0;
          slash = url.indexOf(QLatin1Char('/'), slash + 1)) {
         const BaseClassSharedPointer child = named.value(url.left(slash));
-        const BaseClassSharedPointer node =
+        BaseClassSharedPointer node =
             child.isNull() ? child : child->getChildData(url.mid(slash + 1));
         if (!node.isNull()) {
             return node;

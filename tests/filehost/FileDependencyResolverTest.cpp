@@ -19,7 +19,7 @@ QByteArray description(const QByteArray& target)
 {
     return R"({"Follow": {"Type": "SwitchNode", "Next": {"Set": {
         "Type": "CommandNode",
-        "Conditions": {"ConditionWriteOnUrls": [["Unit"]]},
+        "ConditionWriteOnUrls": [["Unit"]],
         "Commands": {"CommandSetUnitByConfigurationParameter": [["Unit", "", ")" +
            target + R"("]]}}}}})";
 }

@@ -288,6 +288,17 @@ TEST(JsonText, reads_as_many_levels_as_the_limit_allows_and_no_more)
     EXPECT_EQ(problems.first().column, filehost::limits::depth + 1);
 }
 
+TEST(JsonText, decodes_values_as_deep_as_the_limit_allows)
+{
+    QVariant value = valueOf(nested(filehost::limits::depth));
+    int levels = 0;
+    while (value.userType() == QMetaType::QVariantList) {
+        ++levels;
+        value = value.toList().value(0);
+    }
+    EXPECT_EQ(levels, filehost::limits::depth);
+}
+
 TEST(JsonText, answers_a_million_open_brackets_with_a_problem)
 {
     const QList<Problem> problems = problemsOf(QByteArray(1000000, '['));

@@ -2,6 +2,7 @@
 
 #include "TestWorkspace.h"
 
+#include <QTextCodec>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -119,6 +120,19 @@ TEST_F(WorkspaceFolder, refuses_names_that_are_not_confined_and_quotes_them)
         EXPECT_EQ(workspace().dependencyPath(name, problems), QString());
         EXPECT_EQ(problems.size(), 1);
     }
+}
+
+TEST_F(WorkspaceFolder, refuses_names_that_the_locale_would_turn_into_others)
+{
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const QString known = workspace().instancePath(configurationOf("Gr\u00F6\u00DFe"), problems);
+    const QString unknown = workspace().instancePath(configurationOf("\u0394T"), problems);
+    QTextCodec::setCodecForLocale(before);
+    EXPECT_FALSE(known.isEmpty());
+    EXPECT_TRUE(unknown.isEmpty());
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_EQ(problems.first().code, Code::Name);
 }
 
 TEST_F(WorkspaceFolder, refuses_the_manifest_as_a_configuration)
