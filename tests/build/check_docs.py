@@ -36,8 +36,10 @@ def main():
 
     with tempfile.TemporaryDirectory() as scratch:
         environment["TMPDIR"] = scratch
-        demo = output_of([root / "scripts/demo-story", folders[0]], root, environment)
-        claims, problems = check_documents(root, demo, environment)
+        demo = run([root / "scripts/demo-story", folders[0]], root, environment)
+        claims, problems = check_documents(root, demo.stdout, environment)
+    if demo.returncode != 0:
+        problems.append(f"the demo ends with status {demo.returncode}")
 
     print(f"{claims} claims")
     for problem in problems:
@@ -59,8 +61,8 @@ def check_documents(root, demo, environment):
     return claims, problems
 
 
-def output_of(command, directory, environment):
-    """What the command prints on both streams, whatever its status."""
+def run(command, directory, environment):
+    """Runs the command; both of its streams are its output."""
     return subprocess.run(
         command,
         cwd=directory,
@@ -69,7 +71,7 @@ def output_of(command, directory, environment):
         stderr=subprocess.STDOUT,
         encoding="utf-8",
         check=False,
-    ).stdout
+    )
 
 
 def claims_of(text):
@@ -103,7 +105,7 @@ def check_session(content, directory, environment):
     problems = [] if steps else ["no command in this session"]
     for step in steps:
         command, claimed = step.split("\n", 1)
-        printed = output_of(shlex.split(command), directory, environment)
+        printed = run(shlex.split(command), directory, environment).stdout
         if printed.strip("\n") != claimed.strip("\n"):
             problems.append(f'"{command}" prints:\n{printed}but the document says:\n{claimed}')
     return problems
