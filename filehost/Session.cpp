@@ -40,33 +40,6 @@ bool hasCode(const QList<Problem>& problems, Problem::Code code)
                        [code](const Problem& problem) { return problem.code == code; });
 }
 
-QList<LeafChange> changesBetween(const json::JsonText* before, const json::JsonText& after)
-{
-    QList<LeafChange> changes;
-    tree::addChanges({}, before, after, changes);
-    return changes;
-}
-
-/// The text that makes of `inFile` what `text` says with the fewest changes to its bytes. After
-/// several stores, `text` may spell things anew that are as they were in the file. `text` itself
-/// when its nodes are not those of the file.
-TextPointer closestTo(const TextPointer& inFile, const TextPointer& text)
-{
-    const BaseClassSharedPointer root = tree::FileTreeNode::makeRoot(inFile, {});
-    for (const LeafChange& change : changesBetween(inFile.get(), *text)) {
-        const BaseClassSharedPointer node =
-            change.url.isEmpty() ? root : root->getChildData(change.url);
-        if (!node.isNull()) {
-            node->setDataProperty(change.property, change.after);
-        }
-    }
-    const QByteArray bytes = tree::FileTreeNode::treeOf(root)->render();
-    QList<Problem> problems;
-    const TextPointer closest =
-        bytes == inFile->bytes() ? inFile : json::JsonText::parse(bytes, text->file(), problems);
-    return closest && changesBetween(closest.get(), *text).isEmpty() ? closest : text;
-}
-
 bool isEqual(const Problem& left, const Problem& right)
 {
     return left.code == right.code && left.file == right.file && left.line == right.line &&
@@ -235,8 +208,13 @@ bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree
     if (!text) {
         return false;
     }
-    const bool isFirst = &changed->text() == file->inFile.get();
-    file->stored = isFirst || !file->inFile ? text : closestTo(file->inFile, text);
+    const bool isOnFile = &changed->text() == file->inFile.get();
+    const TextPointer closest =
+        isOnFile || !file->inFile ? text : tree::closestTo(file->inFile, text);
+    if (file->stored && file->stored->bytes() == closest->bytes()) {
+        return true;
+    }
+    file->stored = closest;
     if (std::find(d->toCommit.begin(), d->toCommit.end(), file) == d->toCommit.end()) {
         d->toCommit.push_back(file);
     }

@@ -8,6 +8,7 @@
 #include "filehost/services/ModificationRegister.h"
 #include "filehost/services/Reporting.h"
 #include "filehost/tree/FileTree.h"
+#include "filehost/tree/TreeDiff.h"
 
 #include <optional>
 
@@ -93,11 +94,17 @@ bool storeAlone(filehost::tree::FileTree& tree, const QString& root, const File&
             return false; // what cannot be read is not to be overwritten
         }
     }
-    if (expected && expected->bytes() == bytes) {
-        return true;
+    auto text = filehost::parseTree(bytes, file.shown, problems);
+    if (!text) {
+        return false;
     }
-    const auto text = filehost::parseTree(bytes, file.shown, problems);
-    if (!text || !filehost::replaceBytes(file, expected.get(), bytes, problems)) {
+    if (expected && !isFromFile) {
+        text = filehost::tree::closestTo(expected, text);
+        if (text->bytes() == expected->bytes()) {
+            return true;
+        }
+    }
+    if (!filehost::replaceBytes(file, expected.get(), text->bytes(), problems)) {
         return false;
     }
     changed = true;

@@ -1,9 +1,12 @@
 #include "filehost/tree/TreeDiff.h"
 
 #include "filehost/json/JsonValue.h"
+#include "filehost/tree/FileTree.h"
 #include "filehost/tree/TreeFormat.h"
 
 #include <QHash>
+
+#include <algorithm>
 
 namespace filehost::tree {
 
@@ -54,6 +57,19 @@ std::vector<Pair> paired(const std::vector<Entry>& before, const std::vector<Ent
     return pairs;
 }
 
+/// Whether the same names lead to nodes on both sides, whatever properties those have.
+bool haveSameNodes(Side before, Side after)
+{
+    if (before.spelling() == after.spelling()) {
+        return true;
+    }
+    const std::vector<Pair> children = paired(before.entries().children, after.entries().children);
+    return std::all_of(children.begin(), children.end(), [&](const Pair& pair) {
+        return pair.before != JsonText::none && pair.after != JsonText::none &&
+               haveSameNodes(before.at(pair.before), after.at(pair.after));
+    });
+}
+
 class Comparison {
 public:
     Comparison(Instance instance, QList<LeafChange>& changes)
@@ -93,6 +109,43 @@ void addChanges(const Instance& instance, const JsonText* before, const JsonText
 {
     Comparison(instance, changes)
         .compare({before, JsonText::root}, {&after, JsonText::root}, QString());
+}
+
+namespace {
+
+QList<LeafChange> changesBetween(const JsonText& before, const JsonText& after)
+{
+    QList<LeafChange> changes;
+    addChanges({}, &before, after, changes);
+    return changes;
+}
+
+} // namespace
+
+std::shared_ptr<const JsonText> closestTo(const std::shared_ptr<const JsonText>& inFile,
+                                          const std::shared_ptr<const JsonText>& text)
+{
+    if (!haveSameNodes({inFile.get(), JsonText::root}, {text.get(), JsonText::root})) {
+        return text;
+    }
+    const BaseClassSharedPointer root = FileTreeNode::makeRoot(inFile, {});
+    const QList<LeafChange> changes = changesBetween(*inFile, *text);
+    for (const LeafChange& change : changes) {
+        const BaseClassSharedPointer node =
+            change.url.isEmpty() ? root : root->getChildData(change.url);
+        if (!node.isNull()) {
+            node->setDataProperty(change.property, change.after);
+        }
+    }
+    const QByteArray bytes = FileTreeNode::treeOf(root)->render();
+    if (bytes == inFile->bytes()) {
+        return changes.isEmpty() ? inFile : text;
+    }
+    QList<Problem> problems;
+    std::shared_ptr<const JsonText> closest = JsonText::parse(bytes, text->file(), problems);
+    // What could not be carried over shows as a difference: properties that went, URLs that lead
+    // elsewhere because of a slash in a name.
+    return closest && changesBetween(*closest, *text).isEmpty() ? closest : text;
 }
 
 } // namespace filehost::tree

@@ -212,6 +212,11 @@ struct Write {
     const char* after;
 };
 
+void PrintTo(const Write& row, std::ostream* out)
+{
+    *out << row.title;
+}
+
 class WritingATree : public testing::TestWithParam<Write> {};
 
 TEST_P(WritingATree, changes_the_bytes_of_the_leaf_alone)

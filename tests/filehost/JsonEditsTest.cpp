@@ -26,6 +26,11 @@ struct Replacement {
     const char* after;
 };
 
+void PrintTo(const Replacement& row, std::ostream* out)
+{
+    *out << row.title;
+}
+
 class Replacing : public testing::TestWithParam<Replacement> {};
 
 } // namespace

@@ -362,7 +362,7 @@ TEST(RandomTree, holds_all_of_many_writes)
 
 TEST(RandomTree, reads_back_every_double_that_it_wrote)
 {
-    std::mt19937_64 random(7);
+    std::mt19937_64 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
     const auto root = treeOn(R"({"X": 0})");
     const auto leaf = root->getChildData("X");
     for (int round = 0; round < 20000; ++round) {

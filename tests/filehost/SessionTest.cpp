@@ -297,6 +297,41 @@ TEST_F(Sessions, keep_the_spelling_of_the_file_over_several_stores)
     EXPECT_EQ(read("configuration/Oven.json"), QByteArray(oven).replace("bake", "cool"));
 }
 
+TEST_F(Sessions, take_from_another_tree_with_the_same_nodes_only_what_differs)
+{
+    write("configuration/A.json", R"({"X": 1, "Y": 1.0})");
+    begin();
+    const int before = modifications().size();
+    EXPECT_TRUE(session->store(configurationOf("A"), treeOn("{\"X\":1,\n\"Y\":1.00}"), {}, {}));
+    EXPECT_TRUE(session->changes().isEmpty());
+    EXPECT_EQ(modifications().size(), before);
+    EXPECT_TRUE(session->store(configurationOf("A"), treeOn("{\"Y\":1.00,\n\"X\":2}"), {}, {}));
+    EXPECT_TRUE(session->commit());
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 2, "Y": 1.0})"));
+}
+
+TEST_F(Sessions, keep_nodes_without_properties_of_another_tree)
+{
+    write("configuration/A.json", R"({"X": 1.0, "Old": {}})");
+    begin();
+    const QByteArray other = R"({"X": 1.00, "New": null})";
+    EXPECT_TRUE(session->store(configurationOf("A"), treeOn(other), {}, {}));
+    EXPECT_TRUE(session->commit());
+    EXPECT_EQ(read("configuration/A.json"), other);
+}
+
+TEST_F(Sessions, keep_properties_of_another_tree_apart_where_names_hold_slashes)
+{
+    write("configuration/A.json", R"({"X/Y": 1, "X": {"Y": 1}, "Z": {"@a": 1}})");
+    begin();
+    for (const QByteArray other : {R"({"X/Y": 2, "X": {"Y": 1}, "Z": {"@a": 1}})",
+                                   R"({"X/Y": 1, "X": {"Y": 1}, "Z": {}})"}) {
+        EXPECT_TRUE(session->store(configurationOf("A"), treeOn(other), {}, {}));
+        EXPECT_TRUE(session->commit());
+        EXPECT_EQ(read("configuration/A.json"), other);
+    }
+}
+
 TEST_F(Sessions, replace_an_instance_by_another_tree_as_a_whole)
 {
     write("configuration/A.json", R"({"X": 1, "Y": 1.0})");

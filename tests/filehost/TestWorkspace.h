@@ -50,9 +50,9 @@ protected:
         return *filehost::Workspace::open(root(), problems);
     }
 
-    QDir configuration() const { return QDir(path("configuration")); }
-    QDir process() const { return QDir(path("process")); }
-    QDir dependency() const { return QDir(path("dependency")); }
+    QDir configuration() const { return {path("configuration")}; }
+    QDir process() const { return {path("process")}; }
+    QDir dependency() const { return {path("dependency")}; }
 
     /// Makes everything an hour old, so that any touch shows; gives the state to compare with.
     QMap<QString, QPair<QByteArray, QDateTime>> age() const
