@@ -188,6 +188,16 @@ TEST_F(Reentrancy, a_write_may_drop_every_reference_of_the_caller)
                            "manipulateUnit(target/b, K, 1, 1)"}));
 }
 
+TEST_F(Reentrancy, a_command_may_change_the_url_that_the_caller_passed)
+{
+    QString url = "s";
+    build(fourWatchers);
+    host.insideNext("execute(b)", [&url] { url = "other"; });
+
+    EXPECT_TRUE(walker.traverseDependencyGraph(url, source, target, results, changed, {}, {}));
+    EXPECT_EQ(executed(), (QStringList{"b", "a", "c", "d"}));
+}
+
 TEST_F(Reentrancy, a_lookup_may_drop_every_reference_of_the_caller)
 {
     build(R"({"A": {"Type": "CommandNode", "Commands": {
