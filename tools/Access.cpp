@@ -55,7 +55,7 @@ bool beginSession(Session& session, Console& console)
 
 BaseClassSharedPointer loadInstance(Session& session, const Instance& instance, Console& console)
 {
-    const BaseClassSharedPointer root = session.load(instance);
+    BaseClassSharedPointer root = session.load(instance);
     QList<Problem> problems = session.takeProblems();
     for (Problem& problem : problems) {
         const QString advice = problem.code == Problem::Code::Missing

@@ -14,12 +14,12 @@ class JsonDocument;
 struct Listing {
     struct InstanceEntry {
         filehost::Instance instance;
-        int sourceOf;
-        int targetOf;
+        int sourceOf = 0;
+        int targetOf = 0;
     };
     struct DependencyEntry {
         QString name;
-        int usedBy;
+        int usedBy = 0;
     };
 
     QList<InstanceEntry> instances;

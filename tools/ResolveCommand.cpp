@@ -178,11 +178,11 @@ bool ResolveCommand::loadArguments(Session& session, Console& console) const
 {
     const Link& link = links.first();
     const Kind targetKind = link.isProcess ? Kind::Process : Kind::Configuration;
-    const bool hasSource = loadInstance(session, {Kind::Configuration, link.source}, console);
-    const bool hasTarget = loadInstance(session, {targetKind, link.target}, console);
+    const auto source = loadInstance(session, {Kind::Configuration, link.source}, console);
+    const auto target = loadInstance(session, {targetKind, link.target}, console);
     const bool hasDescription = !session.description(link.dependency).isEmpty();
     console.report(session.takeProblems());
-    return hasSource && hasTarget && hasDescription;
+    return !source.isNull() && !target.isNull() && hasDescription;
 }
 
 void ResolveCommand::showText(Console& console) const

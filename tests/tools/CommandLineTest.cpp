@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <sstream>
 
 namespace {
@@ -13,6 +14,11 @@ struct Help {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Help& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class HelpText : public testing::TestWithParam<Help> {};
 
@@ -60,6 +66,11 @@ struct Wrong {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Wrong& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class WrongUsage : public testing::TestWithParam<Wrong> {};
 

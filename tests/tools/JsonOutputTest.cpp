@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <ostream>
 
 namespace {
 
@@ -129,7 +130,7 @@ TEST_F(JsonOutput, of_resolve_all_has_the_outcome_of_every_link)
     const QJsonObject document = result.json();
     EXPECT_EQ(document[QStringLiteral("all")], QJsonValue(true));
     QStringList outcomes;
-    for (const QJsonValue& link : document[QStringLiteral("links")].toArray()) {
+    for (const QJsonValue link : document[QStringLiteral("links")].toArray()) {
         outcomes.append(link.toObject()[QStringLiteral("outcome")].toString());
     }
     EXPECT_EQ(outcomes, (QStringList{QStringLiteral("failed"), QStringLiteral("unresolved"),
@@ -226,6 +227,11 @@ struct Failure {
     QString folder = QStringLiteral(".");
 };
 
+void PrintTo(const Failure& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
+
 class FailedRun : public testing::TestWithParam<Failure> {};
 
 TEST_P(FailedRun, still_writes_a_document_with_the_problem)
@@ -293,7 +299,7 @@ void addFields(const QJsonValue& value, const QString& path, QSet<QString>& fiel
                                         QStringLiteral("after"), QStringLiteral("unit"),
                                         QStringLiteral("parameters")};
     if (value.isArray()) {
-        for (const QJsonValue& item : value.toArray()) {
+        for (const QJsonValue item : value.toArray()) {
             addFields(item, path + QStringLiteral("[]"), fields);
         }
         return;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 const QStringList leaves{QStringLiteral("Settings/FlowUnit"), QStringLiteral("Settings/Mode"),
@@ -16,6 +18,11 @@ struct Misspelling {
     QString given;
     QString meant;
 };
+
+void PrintTo(const Misspelling& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class NearestName : public testing::TestWithParam<Misspelling> {};
 

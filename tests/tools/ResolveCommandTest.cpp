@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 QStringList resolve(const QStringList& arguments)
@@ -217,6 +219,11 @@ struct Misuse {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Misuse& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class ResolveMisuse : public testing::TestWithParam<Misuse> {};
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 const QString controller = QStringLiteral("controller");
@@ -118,6 +120,11 @@ struct Written {
     const char* line; ///< what stands in the file then
 };
 
+void PrintTo(const Written& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
+
 class WrittenValue : public testing::TestWithParam<Written> {};
 
 TEST_P(WrittenValue, stands_in_the_file)
@@ -174,6 +181,11 @@ struct Absence {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Absence& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class Absent : public testing::TestWithParam<Absence> {};
 
@@ -367,8 +379,7 @@ TEST_F(BrokenLink, whose_description_names_an_unknown_command_is_a_warning_that_
 
 TEST_F(BrokenLink, whose_entry_is_broken_is_an_error_and_the_others_run)
 {
-    workspace.write(QStringLiteral("links.json"),
-                    QByteArray(twoLinks).replace("\"dependency\": \"%1\"", "\"dependency\": 5"));
+    workspace.write(QStringLiteral("links.json"), QByteArray(twoLinks).replace(R"("%1")", "5"));
     const Result result = run(workspace, setUnit());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: links.json:5:23: ")))

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 QStringList show(const QStringList& arguments = {})
@@ -13,6 +15,11 @@ struct Shown {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Shown& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class Show : public testing::TestWithParam<Shown> {};
 
@@ -41,6 +48,11 @@ struct Unknown {
     const char* title;
     QStringList arguments;
 };
+
+void PrintTo(const Unknown& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class ShowUnknown : public testing::TestWithParam<Unknown> {};
 

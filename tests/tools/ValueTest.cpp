@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <ostream>
 
 namespace {
 
@@ -17,6 +18,11 @@ struct Given {
     QString text;
     QVariant value;
 };
+
+void PrintTo(const Given& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class Value : public testing::TestWithParam<Given> {};
 
@@ -73,6 +79,11 @@ struct Refusal {
     QString text;
     Problem::Code code;
 };
+
+void PrintTo(const Refusal& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
 
 class RefusedValue : public testing::TestWithParam<Refusal> {};
 

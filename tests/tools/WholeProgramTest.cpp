@@ -7,8 +7,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <pty.h>
 #include <string>
 #include <sys/wait.h>
@@ -59,29 +59,25 @@ QStringList setUnit(const QString& unit = QStringLiteral("°F"))
             QStringLiteral("Settings/TemperatureUnit"), unit};
 }
 
-/// What the program writes to a terminal.
-std::string runOnTerminal(const QStringList& arguments, const char* noColor)
+/// What the program writes to a terminal. `environment` is a list of settings for the program
+/// `env`.
+std::string runOnTerminal(const QStringList& environment, const QStringList& arguments)
 {
-    std::vector<std::string> texts{program.toStdString()};
-    for (const QString& argument : arguments) {
-        texts.push_back(argument.toStdString());
-    }
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
+    const QStringList words =
+        QStringList{QStringLiteral("env"), QStringLiteral("-u"), QStringLiteral("NO_COLOR"),
+                    QStringLiteral("TERM=xterm")} +
+        environment + QStringList{program} + arguments;
+    std::vector<QByteArray> texts(static_cast<std::size_t>(words.size()));
+    std::transform(words.begin(), words.end(), texts.begin(),
+                   [](const QString& word) { return word.toUtf8(); });
+    std::vector<char*> pointers(texts.size() + 1, nullptr);
+    std::transform(texts.begin(), texts.end(), pointers.begin(),
+                   [](QByteArray& text) { return text.data(); });
 
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
-        setenv("TERM", "xterm", 1);
-        if (noColor != nullptr) {
-            setenv("NO_COLOR", noColor, 1);
-        } else {
-            unsetenv("NO_COLOR");
-        }
-        execv(pointers.front(), pointers.data());
+        execvp(pointers.front(), pointers.data());
         _exit(127);
     }
     EXPECT_GT(child, 0);
@@ -247,7 +243,7 @@ TEST(Terminal, gets_color)
     const TestWorkspace workspace;
     const QStringList show{QStringLiteral("show"), QStringLiteral("display"),
                            QStringLiteral("Brightness")};
-    EXPECT_EQ(runOnTerminal(on(workspace, show), nullptr),
+    EXPECT_EQ(runOnTerminal({}, on(workspace, show)),
               "\x1b[1mdisplay\x1b[0m\r\n  Brightness  80  %\r\n");
 }
 
@@ -256,7 +252,8 @@ TEST(Terminal, gets_no_color_when_the_environment_refuses_it)
     const TestWorkspace workspace;
     const QStringList show{QStringLiteral("show"), QStringLiteral("display"),
                            QStringLiteral("Brightness")};
-    EXPECT_EQ(runOnTerminal(on(workspace, show), "1"), "display\r\n  Brightness  80  %\r\n");
+    EXPECT_EQ(runOnTerminal({QStringLiteral("NO_COLOR=1")}, on(workspace, show)),
+              "display\r\n  Brightness  80  %\r\n");
 }
 
 // --- the starter's README
