@@ -1,7 +1,5 @@
 #include "tools/Program.h"
 
-#include <QTextCodec>
-
 #include <cstdlib>
 #include <iostream>
 #include <unistd.h>
@@ -18,9 +16,6 @@ bool isColored(int descriptor)
 
 int main(int argc, char* argv[])
 {
-    // Names of instances are names of files: UTF-8, whatever the locale says.
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-
     const tools::Streams streams{std::cout, std::cerr, isColored(STDOUT_FILENO),
                                  isColored(STDERR_FILENO)};
     return static_cast<int>(tools::run({argv + 1, argv + argc}, streams));
