@@ -16,18 +16,6 @@ namespace {
 
 using filehost::Problem;
 
-/// A tree that could not be had cannot be stored either; only the first half is worth telling.
-QList<Problem> withoutConsequences(const QList<Problem>& problems)
-{
-    const auto isConsequence = [](const Problem& problem) {
-        return problem.code == Problem::Code::NotATree;
-    };
-    QList<Problem> causes;
-    std::remove_copy_if(problems.begin(), problems.end(), std::back_inserter(causes),
-                        isConsequence);
-    return causes.isEmpty() ? problems : causes;
-}
-
 /// Whether a message of the engine only repeats what the outcome and the problems of a run say.
 bool isRepetition(const QString& message, bool hasProblems)
 {
@@ -69,7 +57,7 @@ LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
     LinkRun run{link, urls};
     const bool resolved = resolver.resolveLink(link, urls, run.changed);
 
-    const QList<Problem> problems = withoutConsequences(session.takeProblems());
+    const QList<Problem> problems = session.takeProblems();
     for (const Problem& problem : problems) {
         report(link, Severity::Error, problem);
     }
