@@ -144,12 +144,10 @@ bool SetCommand::writeValue(const Workspace& workspace, Session& session, Consol
         ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue(), value);
     if (status != 0 && status != 1) {
         console.report(Problem{
-            Problem::Code::Write,
-            file,
-            0,
-            0,
-            QStringLiteral("%1 cannot have the value %2").arg(quoted(url), valueText(value)),
-            {}});
+            Problem::Code::Write, file, 0, 0,
+            QStringLiteral("%1 cannot have the value %2")
+                .arg(quoted(url), elided(valueText(value), 40)),
+            QStringLiteral("write a value with fewer lists and objects inside one another")});
         return false;
     }
 

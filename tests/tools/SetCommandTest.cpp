@@ -175,6 +175,17 @@ TEST(Set, of_null_is_refused_with_a_way_out)
     EXPECT_EQ(workspace.files(), files);
 }
 
+TEST(Set, of_a_value_nested_too_deep_for_its_place_is_refused)
+{
+    const TestWorkspace workspace;
+    const QMap<QString, QByteArray> files = workspace.files();
+    const QString deep = QString(1024, QLatin1Char('[')) + QString(1024, QLatin1Char(']'));
+    const Result result = run(workspace, set({controller, QStringLiteral("Settings/Mode"), deep}));
+    EXPECT_EQ(result.exitCode, 2);
+    expectGolden(QStringLiteral("set-too-deep"), result.err);
+    EXPECT_EQ(workspace.files(), files);
+}
+
 // --- what is not there
 
 struct Absence {

@@ -201,6 +201,28 @@ TEST(Program, waits_for_the_lock_and_says_for_whom)
     expectGolden(QStringLiteral("set"), result.out);
 }
 
+TEST(Program, that_is_quiet_waits_in_silence)
+{
+    const TestWorkspace workspace;
+    QList<filehost::Problem> problems;
+    const auto opened = filehost::Workspace::open(workspace.path(), problems);
+    ASSERT_TRUE(opened);
+
+    QProcess process;
+    {
+        filehost::Session holder(*opened, filehost::Session::Access::Write);
+        ASSERT_TRUE(holder.begin({}));
+        process.start(program, on(workspace, setUnit() + QStringList{QStringLiteral("--quiet")}));
+        // Long enough for the other test's message to come.
+        EXPECT_FALSE(process.waitForFinished(1000));
+    }
+    const Result result = resultOf(process);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, QString());
+    EXPECT_EQ(result.err, QString());
+    EXPECT_TRUE(workspace.read(QStringLiteral("configuration/display.json")).contains("°F"));
+}
+
 TEST(Program, dry_run_and_show_wait_for_no_lock)
 {
     const TestWorkspace workspace;
