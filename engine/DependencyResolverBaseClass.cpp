@@ -2,7 +2,10 @@
 
 #include "DependencyWalker.h"
 #include "host/ConfigurationDataAndProcessDescriptionAccess.h"
+#include "host/ConfigurationManifestHandler.h"
+#include "host/ConfigurationModificationHandler.h"
 #include "host/PropertyManagerConst.h"
+#include "host/SystemInformationManagerRegistryDefinitions.h"
 #include "internal/Warning.h"
 
 using Access = ConfigurationDataAndProcessDescriptionAccess;
@@ -20,6 +23,12 @@ constexpr internal::WarningPlace unresolved{
     "bool DependencyResolverBaseClass::resolveDependency(const QDir&, const QString&, "
     "const QDir&, const QString&, const QString&, bool&, bool, const QStringList&, "
     "const QVariantList&, const QSharedPointer<UnitManipulatorBase>&) const"};
+
+internal::WarningPlace updatingManifest(int line)
+{
+    return {"DependencyResolverBaseClass", line,
+            "void DependencyResolverBaseClass::updateConfigurationManifest()"};
+}
 
 } // namespace
 
@@ -54,6 +63,30 @@ void DependencyResolverBaseClass::setConfigurationManifestHandler(
     ConfigurationManifestHandler* handler)
 {
     configurationManifestHandler = handler;
+}
+
+void DependencyResolverBaseClass::updateConfigurationManifest()
+{
+    ConfigurationManifestHandler* handler = getConfigurationManifestHandler();
+    if (handler == nullptr) {
+        internal::warning(updatingManifest(240))
+            << "Invalid pointer for configuration manifest handler!";
+        return;
+    }
+    QList<ModifiedInstanceItem> items;
+    ConfigurationModificationHandler::getInstance()->getModifiedInstances(items);
+    for (const ModifiedInstanceItem& item : qAsConst(items)) {
+        if (item.originFirst != originFirst || item.originSecond != originSecond) {
+            continue; // stored by somebody else
+        }
+        if (!handler->update(item.instanceName,
+                             SystemInformationManagerRegistryDefinitions::getKeyLastModified(),
+                             QVariant(item.modificationTime), false)) {
+            internal::warning(updatingManifest(231))
+                << "Error on updating modification date for instance:" << item.instanceName << "!";
+        }
+    }
+    handler->writeToManifestFile();
 }
 
 bool DependencyResolverBaseClass::resolveDependency(

@@ -53,6 +53,12 @@ public:
     /// Borrowed: `handler` outlives every use by this resolver. May be null.
     void setConfigurationManifestHandler(ConfigurationManifestHandler* handler);
 
+    /// Copies the modification times of the instances that this resolver stored (those that the
+    /// host's register lists under both its origins) into the manifest, then has the manifest
+    /// written, once and in any case. Failures are warnings: no handler set, an entry that cannot
+    /// be updated.
+    void updateConfigurationManifest();
+
     /// Instances in the resolver's own folders; for a caller who does not ask for `changed`.
     bool resolveDependency(const QString& sourceInstance, const QString& targetInstance,
                            const QString& dependencyName, bool isProcess, const QStringList& urls,

@@ -2,7 +2,11 @@
 // The keys are the contract with existing descriptions: two of them differ from their class names.
 
 #include "Commands/CommandSetUnitByConfigurationParameter.h"
+#include "Commands/CommandSetUnitByConfigurationParameterArray.h"
+#include "Commands/CommandSetUnitByConfigurationParameterInstRegExp.h"
 #include "Commands/CommandSetUnitProperties.h"
+#include "Commands/CommandSetUnitPropertiesRegExp.h"
+#include "Conditions/ConditionValueComparatorRegExp.h"
 #include "Conditions/ConditionValueComparators.h"
 #include "Conditions/ConditionWriteOnUrls.h"
 #include "Conditions/ConditionWriteOnUrlsRegExp.h"
@@ -29,11 +33,19 @@ const Node<NodeCommand> commandNode(QStringLiteral("CommandNode"));
 
 const Command<CommandSetUnitProperties>
     setUnitProperties(QStringLiteral("CommandSetUnitProperties"));
+const Command<CommandSetUnitPropertiesRegExp>
+    setUnitPropertiesRegExp(QStringLiteral("CommandSetUnitPropertiesRegExp"));
 const Command<CommandSetUnitByConfigurationParameter>
     setUnitByConfigurationParameter(QStringLiteral("CommandSetUnitByConfigurationParameter"));
+const Command<CommandSetUnitByConfigurationParameterRegExp> setUnitByConfigurationParameterRegExp(
+    QStringLiteral("CommandSetUnitByConfigurationParameterInstRegExp"));
+const Command<CommandSetUnitByConfigurationParameterArray> setUnitByConfigurationParameterArray(
+    QStringLiteral("CommandSetUnitByConfigurationParameterArray"));
 
 const Condition<ConditionValueComparators>
     valueComparator(QStringLiteral("ConditionValueComparator"));
+const Condition<ConditionValueComparatorRegExp>
+    valueComparatorRegExp(QStringLiteral("ConditionValueComparatorRegExp"));
 const Condition<ConditionWriteOnUrls> writeOnUrls(QStringLiteral("ConditionWriteOnUrls"));
 const Condition<ConditionWriteOnUrlsRegExp>
     writeOnUrlsRegExp(QStringLiteral("ConditionWriteOnUrlsRegExp"));

@@ -3,6 +3,7 @@
 #include "Commands/UnitManipulatorBase.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataTools.h"
+#include "internal/CallText.h"
 #include "internal/ParameterTable.h"
 #include "internal/WriteStatus.h"
 
@@ -94,9 +95,8 @@ QString CommandSetUnitByConfigurationParameter::getCommandAsString() const
 {
     QString text;
     for (const UnitProperties& row : unitProperties) {
-        text.append(QStringLiteral("SetUnitByConfigurationParameter(") + row.parameterUrl +
-                    QLatin1Char(',') + row.extra + QLatin1Char(',') + row.targetUrlTemplate +
-                    QStringLiteral(");"));
+        text.append(internal::callText(QStringLiteral("SetUnitByConfigurationParameter"),
+                                       {row.parameterUrl, row.extra, row.targetUrlTemplate}));
     }
     return text;
 }

@@ -2,6 +2,7 @@
 
 #include "Commands/UnitManipulatorBase.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
+#include "internal/CallText.h"
 #include "internal/ParameterTable.h"
 #include "internal/WriteStatus.h"
 
@@ -64,8 +65,8 @@ QString CommandSetUnitProperties::getCommandAsString() const
 {
     QString text;
     for (const UnitProperties& row : unitProperties) {
-        text.append(QStringLiteral("SetUnit(") + row.targetUrl + QLatin1Char(',') + row.unit +
-                    QLatin1Char(',') + row.extra + QStringLiteral(");"));
+        text.append(
+            internal::callText(QStringLiteral("SetUnit"), {row.targetUrl, row.unit, row.extra}));
     }
     return text;
 }
