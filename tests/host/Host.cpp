@@ -1,13 +1,10 @@
 #include "Host.h"
 
-#include "host/Array2dDataTypeWrapper.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataParser.h"
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "host/ConfigurationDataAndProcessDescriptionAccess.h"
 #include "host/ConfigurationModificationHandler.h"
-#include "host/JsonDataIterator.h"
-#include "host/JsonDataIteratorFilter.h"
 #include "host/PropertyManagerConst.h"
 #include "host/SystemInformationManagerRegistryDefinitions.h"
 
@@ -149,67 +146,6 @@ QVariant ConfigurationAndProcessDataTools::extractConfigValue(const QString& url
     return value;
 }
 
-class ArrayDataTypeWrapper::Private {
-public:
-    QVariantList value;
-    QVariantList arrayInformation;
-};
-
-ArrayDataTypeWrapper::ArrayDataTypeWrapper(const QVariantList& value,
-                                           const QVariantList& arrayInformation)
-    : d(new Private{value, arrayInformation})
-{}
-
-ArrayDataTypeWrapper::~ArrayDataTypeWrapper() = default;
-
-QVariantList ArrayDataTypeWrapper::getArrayValueContent() const
-{
-    Host& host = Host::current();
-    QVariantList rows = host.rowsOf ? host.rowsOf(d->value) : d->value;
-    host.record(QStringLiteral("getArrayValueContent(%1 rows, %2 columns described)")
-                    .arg(d->value.size())
-                    .arg(d->arrayInformation.size()));
-    return rows;
-}
-
-int ArrayDataTypeWrapper::setArrayInfoWithStatus(const BaseClassSharedPointer& root,
-                                                 const QString& url)
-{
-    const auto* node = dynamic_cast<const testhost::Node*>(root.data());
-    const BaseClassSharedPointer leaf = node == nullptr ? nullptr : node->find(url);
-    if (leaf.isNull()) {
-        return 2;
-    }
-    return leaf->setDataProperty(
-        ConfigurationAndProcessDataDefinitions::getKeyDataPropertyArrayInformation(),
-        d->arrayInformation);
-}
-
-Array2dDataTypeWrapper::Array2dDataTypeWrapper(const QVariantList& value,
-                                               const QVariantList& arrayInformation)
-    : ArrayDataTypeWrapper(value, arrayInformation)
-{}
-
-Array2dDataTypeWrapper::~Array2dDataTypeWrapper() = default;
-
-QStringList Array2dDataTypeWrapper::getColumnUnitTypes() const
-{
-    QStringList units;
-    for (const QVariant& unit : d->arrayInformation) {
-        units.append(unit.toString());
-    }
-    return units;
-}
-
-bool Array2dDataTypeWrapper::setColumnUnitTypes(const QStringList& unitTypes)
-{
-    d->arrayInformation.clear();
-    for (const QString& unit : unitTypes) {
-        d->arrayInformation.append(unit);
-    }
-    return true;
-}
-
 QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& dependencyFolder,
                                                                     const QString& dependencyName)
 {
@@ -306,57 +242,4 @@ void ConfigurationModificationHandler::getModifiedInstances(
 QString SystemInformationManagerRegistryDefinitions::getKeyLastModified()
 {
     return QStringLiteral("@modified");
-}
-
-class JsonDataIteratorFilter::Private {
-public:
-    QString resultKey;
-    QHash<QString, QVariant> filter;
-    QJsonArray collected;
-};
-
-JsonDataIteratorFilter::JsonDataIteratorFilter(const QString& resultKey,
-                                               const QHash<QString, QVariant>& filter, bool flag)
-    : d(new Private{resultKey, filter, {}})
-{
-    Host::current().record(
-        QStringLiteral("JsonDataIteratorFilter(%1, %2)").arg(resultKey, testhost::text(flag)));
-}
-
-JsonDataIteratorFilter::~JsonDataIteratorFilter() = default;
-
-void JsonDataIteratorFilter::visitObject(const QJsonObject& object)
-{
-    for (auto pair = d->filter.cbegin(); pair != d->filter.cend(); ++pair) {
-        if (object.value(pair.key()).toVariant() != pair.value()) {
-            return;
-        }
-    }
-    d->collected.append(object.value(d->resultKey));
-}
-
-QJsonValue JsonDataIteratorFilter::getResult() const
-{
-    return d->collected;
-}
-
-class JsonDataIterator::Private {
-public:
-    JsonDataIteratorObjectBase& visitor;
-};
-
-JsonDataIterator::JsonDataIterator(JsonDataIteratorObjectBase& visitor) : d(new Private{visitor}) {}
-
-JsonDataIterator::~JsonDataIterator() = default;
-
-void JsonDataIterator::iterate(QJsonArray& array)
-{
-    for (const QJsonValue& value : qAsConst(array)) {
-        d->visitor.visitObject(value.toObject());
-    }
-}
-
-QJsonValue JsonDataIterator::getResult() const
-{
-    return d->visitor.getResult();
 }

@@ -5,6 +5,7 @@
 #include "host/ModifiedInstanceItem.h"
 
 #include <QHash>
+#include <QJsonValue>
 #include <QList>
 #include <QPair>
 #include <QString>
@@ -12,6 +13,7 @@
 #include <QVariantList>
 
 #include <functional>
+#include <optional>
 
 namespace testhost {
 
@@ -49,6 +51,11 @@ public:
     bool storing = true;
 
     QList<ModifiedInstanceItem> modifiedInstances;
+
+    /// Whether the array wrapper takes the units that the engine sets on its columns.
+    bool takingColumnUnits = true;
+    /// When set, what an iteration over the manifest finds in place of what is there.
+    std::optional<QJsonValue> iterationResult;
 
     /// When set, what a table holds in place of the rows that the engine handed to the wrapper.
     std::function<QVariantList(const QVariantList&)> rowsOf;

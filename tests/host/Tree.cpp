@@ -66,6 +66,13 @@ QString describe(const QVariant& value)
     if (value.userType() == QMetaType::QString) {
         return '\'' + value.toString() + '\'';
     }
+    if (value.userType() == QMetaType::QVariantList) {
+        QStringList items;
+        for (const QVariant& item : value.toList()) {
+            items.append(describe(item));
+        }
+        return '[' + items.join(QStringLiteral(", ")) + ']';
+    }
     return QString::fromLatin1(value.typeName()) + '(' + value.toString() + ')';
 }
 

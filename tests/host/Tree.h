@@ -23,7 +23,8 @@ NodePointer tree(const QString& label, const QString& json);
 /// A description with this parameter table, which is given as JSON text: `table("[[1, 2]]")`.
 NodePointer table(const QString& rows);
 
-/// A value as the records show it: text as 'text', anything else as type(text).
+/// A value as the records show it: text as 'text', a list as [item, item], anything else
+/// as type(text).
 QString describe(const QVariant& value);
 
 /// Where a node stands, as the records show it: "target/A/B"; "null" for none.
@@ -51,6 +52,8 @@ public:
 
     QVariant property(const QString& key) const;
     void setProperty(const QString& key, const QVariant& value);
+    /// Writes as the engine does, with its status.
+    int write(const QString& key, const QVariant& value);
     QVariant unit() const;
 
     /// Answers the next writes with these statuses, one for each; a write that is answered by
@@ -62,8 +65,6 @@ public:
 
 private:
     friend class ::ConfigurationAndProcessDataBase;
-
-    int write(const QString& key, const QVariant& value);
 
     QString ownPlace;
     QHash<QString, BaseClassSharedPointer> children;
