@@ -227,7 +227,8 @@ TEST_F(WalkerFactory, makes_every_registered_type_from_nothing)
         EXPECT_EQ(command->getCommandAsString(), "");
         QVariantList results;
         bool changed = false;
-        EXPECT_FALSE(command->executeCommand(nullptr, nullptr, "", results, changed, {}, {}));
+        EXPECT_FALSE(command->executeCommand(tree("source", "{}"), tree("target", "{}"), "",
+                                             results, changed, {}, {}));
     }
     ASSERT_FALSE(DependencyWalkerFactory::ConditionFactory::instance().empty());
     for (const auto& entry : DependencyWalkerFactory::ConditionFactory::instance()) {
