@@ -281,8 +281,9 @@ private:
             const auto& [type, draw] = types[below(5)];
             drawn.insert(type, table(draw));
         }
-        if (oneIn(15)) {
-            drawn.insert(pick({"Unknown", "CommandSetUnitByConfigurationParameterRegExp", ""}), 5);
+        if (oneIn(8)) {
+            drawn.insert(
+                pick({"Unknown", "Other", "CommandSetUnitByConfigurationParameterRegExp", ""}), 5);
         }
         return drawn;
     }
