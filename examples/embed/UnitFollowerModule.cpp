@@ -10,27 +10,21 @@
 namespace {
 
 /// The application's resolver: runs the links of an instance.
-class Resolver final : public DependencyResolverBaseClass {
+class Follower final : public UnitFollower, public DependencyResolverBaseClass {
 public:
     /// The origins tell what this resolver stores from what others do.
-    Resolver(const QString& basePath, const QList<Link>& links)
+    Follower(const QString& basePath, const QList<Link>& links)
         : DependencyResolverBaseClass(basePath, "embed", "follower"), manifest(basePath),
           links(links)
     {
         setConfigurationManifestHandler(&manifest); // borrowed, so it is a member
+        sources.scanManifestFileForDependencyInstances(
+            QDir(PropertyManagerConst::getConfigurationFolderPath(basePath)));
     }
 
-    bool resolve(const QString& source, const QStringList& writtenUrls)
+    bool valueWritten(const QString& instance, const QString& url) override
     {
-        bool resolved = true;
-        for (const Link& link : qAsConst(links)) {
-            if (link.source == source && !resolveDependency(source, link.target, link.description,
-                                                            false, writtenUrls, {}, {})) {
-                resolved = false; // the other links are resolved all the same
-            }
-        }
-        updateConfigurationManifest(); // the new times of what was stored
-        return resolved;
+        return resolve(instance, {url});
     }
 
     /// The engine's hook for everything that an instance drives. Nothing was written, so every URL
@@ -42,26 +36,24 @@ public:
     }
 
 private:
+    bool resolve(const QString& source, const QStringList& writtenUrls)
+    {
+        if (!sources.buildsDependency(source)) {
+            return true; // most instances drive nothing; the manifest tells which ones do
+        }
+        bool resolved = true;
+        for (const Link& link : qAsConst(links)) {
+            if (link.source == source && !resolveDependency(source, link.target, link.description,
+                                                            false, writtenUrls, {}, {})) {
+                resolved = false; // the other links are resolved all the same
+            }
+        }
+        updateConfigurationManifest(); // the new times of what was stored
+        return resolved;
+    }
+
     Manifest manifest;
     QList<Link> links;
-};
-
-class Follower final : public UnitFollower {
-public:
-    Follower(const QString& basePath, const QList<Link>& links) : resolver(basePath, links)
-    {
-        sources.scanManifestFileForDependencyInstances(
-            QDir(PropertyManagerConst::getConfigurationFolderPath(basePath)));
-    }
-
-    bool valueWritten(const QString& instance, const QString& url) override
-    {
-        // Most instances drive nothing; the manifest tells which ones do.
-        return !sources.buildsDependency(instance) || resolver.resolve(instance, {url});
-    }
-
-private:
-    Resolver resolver;
     SourceDependencyManager sources;
 };
 
