@@ -98,14 +98,15 @@ void unknownLeaf(Bench& bench)
 void writeKeepsRows(Bench& bench)
 {
     const BaseClassSharedPointer root = arrayTree(bench);
+    const BaseClassSharedPointer leaf = bench.node(root, arrayPath());
+    const QVariant type = leaf->getDataProperty(Definitions::getKeyDataPropertyType());
     write(bench, root, otherUnits);
     bench.equal("rows of the array leaf", rowTexts(rowsOf(bench.node(root, arrayPath()))),
                 {{"0", "1", "2"}});
-    bench.equal("type of the array leaf",
-                bench.node(root, arrayPath())
-                    ->getDataProperty(Definitions::getKeyDataPropertyType())
-                    .toString(),
-                Definitions::getKeyDataTypeArray());
+    bench.equal(
+        "type of the array leaf",
+        bench.node(root, arrayPath())->getDataProperty(Definitions::getKeyDataPropertyType()),
+        type);
     bench.equal("unit of the leaf beside it", bench.unit(root, {"Zone", "Plain"}),
                 QStringLiteral("K"));
 }

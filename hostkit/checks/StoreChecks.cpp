@@ -1,4 +1,6 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
+#include "host/ConfigurationAndProcessDataParser.h"
+#include "host/ConfigurationAndProcessDataTools.h"
 #include "host/ConfigurationDataAndProcessDescriptionAccess.h"
 #include "host/PropertyManagerConst.h"
 #include "hostkit/checks/Groups.h"
@@ -31,10 +33,18 @@ QString storedUnit(Bench& bench, const QString& name, bool isProcess)
 void describedText(Bench& bench)
 {
     const QString name = bench.name("Description");
-    const QString text = bench.host().text({valueLeaf({"Node", "Type"}, "SwitchNode")});
-    bench.host().putDescription(name, text);
-    const QString found = Access::getDependency(dependencyFolder(bench), name);
-    bench.equal(call("getDependency", name), found, text);
+    bench.host().putDescription(name,
+                                bench.host().text({valueLeaf({"Node", "Type"}, "SwitchNode")}));
+    const QString text = Access::getDependency(dependencyFolder(bench), name);
+    const BaseClassSharedPointer root = ConfigurationAndProcessDataParser().parseFromJson(
+        text, PropertyManagerConst::getConfigFileExtension());
+    if (root.isNull()) {
+        bench.stop("the parser returns null for " + shown(text));
+    }
+    bench.equal(
+        "type of the node",
+        ConfigurationAndProcessDataTools::extractConfigValue("Type", bench.node(root, {"Node"})),
+        QVariant(QStringLiteral("SwitchNode")));
 }
 
 void unknownInstances(Bench& bench)
@@ -100,8 +110,8 @@ void storingAProcessKeepsTheConfiguration(Bench& bench)
 QList<Check> storeChecks()
 {
     return {
-        {"store.description_is_the_text_that_was_put",
-         "getDependency returns the text of the description of that name.",
+        {"store.description_is_a_text_that_parses",
+         "getDependency returns the text of the description of that name, as the parser reads it.",
          "The resolution would run another description or none.", describedText},
         {"store.unknown_description_is_an_empty_text",
          "getDependency returns an empty text when there is no description of that name.",
