@@ -26,6 +26,17 @@ QString shown(const BaseClassSharedPointer& node)
     return node.isNull() ? QStringLiteral("null") : QStringLiteral("a node");
 }
 
+QString shown(const QVariant& value)
+{
+    if (!value.isValid()) {
+        return QStringLiteral("an invalid value");
+    }
+    if (value.userType() == QMetaType::QString) {
+        return shown(value.toString());
+    }
+    return QStringLiteral("%1(%2)").arg(QLatin1String(value.typeName()), value.toString());
+}
+
 QString call(const char* function, const QString& argument)
 {
     return QStringLiteral("%1(\"%2\")").arg(QLatin1String(function), argument);

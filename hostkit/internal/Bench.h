@@ -19,6 +19,7 @@ QString shown(const T& value)
 }
 
 QString shown(const BaseClassSharedPointer& node);
+QString shown(const QVariant& value);
 
 template <class T>
 bool same(const T& left, const T& right)
