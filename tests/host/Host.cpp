@@ -162,6 +162,9 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
 {
     Host& host = Host::current();
     BaseClassSharedPointer root = host.instances.value(folder.path() + '/' + instanceName);
+    if (host.keepingWhatIsStored && root) {
+        root = static_cast<const testhost::Node&>(*root).copy();
+    }
     host.record(QStringLiteral("getParsedConfigurationProcessDescription(%1, %2, %3)")
                     .arg(folder.path(), instanceName, testhost::text(isProcess)));
     return root;
@@ -173,6 +176,11 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
 {
     Host& host = Host::current();
+    if (host.keepingWhatIsStored && tree) {
+        host.instances.insert(folder.path() + '/' + instanceName, tree);
+        host.modifiedInstances.append(
+            {originFirst, originSecond, instanceName, QStringLiteral("just now")});
+    }
     host.record(
         QStringLiteral("setParsedConfigurationProcessDescription(%1, %2, %3, %4, %5, %6) -> %7")
             .arg(folder.path(), originFirst, originSecond, instanceName, where(tree.data()),

@@ -49,6 +49,9 @@ public:
     QHash<QString, QString> descriptions;             ///< text by dependency name
     QHash<QString, BaseClassSharedPointer> instances; ///< tree by "folder/instance"
     bool storing = true;
+    /// Whether the store works like that of a real host: hands out copies, takes over what is
+    /// stored, and lists that in the register.
+    bool keepingWhatIsStored = false;
 
     QList<ModifiedInstanceItem> modifiedInstances;
 

@@ -144,6 +144,16 @@ Node& Node::at(const QString& url) const
     return dynamic_cast<Node&>(*node);
 }
 
+NodePointer Node::copy() const
+{
+    auto twin = NodePointer::create(ownPlace);
+    twin->properties = properties;
+    for (auto child = children.cbegin(); child != children.cend(); ++child) {
+        twin->setChild(child.key(), static_cast<const Node&>(**child).copy());
+    }
+    return twin;
+}
+
 NodePointer Node::addChild(const QString& name)
 {
     auto child = NodePointer::create(ownPlace + '/' + name);

@@ -46,6 +46,9 @@ public:
     /// The same for a test that knows that it is there.
     Node& at(const QString& url) const;
 
+    /// A tree of its own with the same children and properties.
+    NodePointer copy() const;
+
     NodePointer addChild(const QString& name);
     void setChild(const QString& name, const BaseClassSharedPointer& child);
     void removeChild(const QString& name);

@@ -1,6 +1,7 @@
 #include "DefectiveHost.h"
 
 #include "LeafJson.h"
+#include "ManifestFile.h"
 #include "host/Array2dDataTypeWrapper.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataParser.h"
@@ -13,13 +14,11 @@
 #include "host/SystemInformationManagerRegistryDefinitions.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <optional>
 #include <stdexcept>
 
 namespace defective {
@@ -608,29 +607,18 @@ namespace defective {
 
 namespace {
 
-class Manifest final : public ConfigurationManifestHandler {
+class Manifest final : public ManifestFile {
 public:
-    explicit Manifest(const QString& basePath)
-        : path(QDir(PropertyManagerConst::getConfigurationFolderPath(basePath))
-                   .filePath(QStringLiteral("manifest")))
-    {}
+    using ManifestFile::ManifestFile;
 
     bool update(const QString& instanceName, const QString& propertyKey, const QVariant& value,
-                bool /*flag*/) override
+                bool flag) override
     {
-        read();
-        for (QJsonValueRef entry : *entries) {
-            QJsonObject properties = QJsonValue(entry).toObject();
-            if (properties.value(QStringLiteral("instanceName")) != instanceName) {
-                continue;
-            }
-            if (!has(Defect::FirstUpdateWins) || !properties.contains(propertyKey)) {
-                properties.insert(propertyKey, value.toString());
-            }
-            entry = properties;
-            return !has(Defect::UpdateReturnsFalse);
+        if (has(Defect::FirstUpdateWins) && hasProperty(instanceName, propertyKey)) {
+            return true;
         }
-        return has(Defect::UpdateOfUnknownIsLost);
+        const bool updated = ManifestFile::update(instanceName, propertyKey, value, flag);
+        return (updated || has(Defect::UpdateOfUnknownIsLost)) && !has(Defect::UpdateReturnsFalse);
     }
 
     bool writeToManifestFile() override
@@ -638,31 +626,25 @@ public:
         if (has(Defect::ManifestIsNotWritten)) {
             return true;
         }
-        read();
         if (has(Defect::WritingDropsFlags)) {
-            for (QJsonValueRef entry : *entries) {
+            for (QJsonValueRef entry : entries()) {
                 QJsonObject properties = QJsonValue(entry).toObject();
                 properties.remove(QStringLiteral("isSource"));
                 entry = properties;
             }
         }
-        QFile file(path);
-        const QByteArray text = QJsonDocument(*entries).toJson();
-        entries.reset();
-        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        return ManifestFile::writeToManifestFile();
     }
 
 private:
-    void read()
+    bool hasProperty(const QString& instanceName, const QString& propertyKey)
     {
-        QFile file(path);
-        if (!entries && file.open(QIODevice::ReadOnly)) {
-            entries = QJsonDocument::fromJson(file.readAll()).array();
-        }
+        return std::any_of(entries().begin(), entries().end(), [&](const QJsonValue& entry) {
+            const QJsonObject properties = entry.toObject();
+            return properties.value(QStringLiteral("instanceName")) == instanceName &&
+                   properties.contains(propertyKey);
+        });
     }
-
-    QString path;
-    std::optional<QJsonArray> entries;
 };
 
 class Adapter final : public hostkit::Adapter {
