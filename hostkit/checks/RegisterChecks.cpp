@@ -15,15 +15,17 @@ QList<ModifiedInstanceItem> modifications()
     return items;
 }
 
-/// The pairs of origins under which the register lists an instance.
+/// The pairs of the kit's origins under which the register lists an instance, each once. Whoever
+/// put the instance there may be listed as well.
 QStringList entriesOf(const QString& name)
 {
     QStringList entries;
     for (const ModifiedInstanceItem& item : modifications()) {
-        if (item.instanceName == name) {
+        if (item.instanceName == name && item.originFirst == "hostkit") {
             entries.append(item.originFirst + ' ' + item.originSecond);
         }
     }
+    entries.removeDuplicates();
     return entries;
 }
 
