@@ -48,6 +48,7 @@ set(UNITFLOW_HOSTKIT_HEADERS hostkit/Adapter.h hostkit/Check.h hostkit/Run.h)
 set(UNITFLOW_FILEHOST_HEADERS
     filehost/Export.h
     filehost/FileDependencyResolver.h
+    filehost/FileManifestHandler.h
     filehost/Limits.h
     filehost/Problem.h
     filehost/Session.h

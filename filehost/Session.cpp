@@ -2,6 +2,7 @@
 
 #include "filehost/Descriptions.h"
 #include "filehost/Files.h"
+#include "filehost/Manifest.h"
 #include "filehost/Names.h"
 #include "filehost/WorkspaceLock.h"
 #include "filehost/services/ModificationRegister.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace filehost {
@@ -24,9 +26,24 @@ using TextPointer = std::shared_ptr<const json::JsonText>;
 struct StoredFile {
     Instance instance;
     File file;
-    TextPointer inFile;    ///< null when there is none that can be read
-    TextPointer stored;    ///< null like `inFile` until something is stored
-    QList<Problem> whyNot; ///< what stood against reading it
+    TextPointer inFile;     ///< null when there is none that can be read
+    TextPointer stored;     ///< null like `inFile` until something is stored
+    QList<Problem> whyNot;  ///< what stood against reading it
+    bool isWritten = false; ///< by a commit
+};
+
+/// The manifest as it was read, and what is to become of it.
+struct Manifest {
+    TextPointer inFile; ///< null when there is none
+    bool isReadable;
+    QList<Problem> whyNot; ///< what stands against updating it
+    QList<ManifestUpdate> updates;
+};
+
+/// A store that changed something.
+struct Modification {
+    ModifiedInstanceItem item;
+    const StoredFile* file;
 };
 
 struct Description {
@@ -55,6 +72,10 @@ public:
     /// The file of an instance, read if it was not read before; null with a problem when the name
     /// is refused.
     StoredFile* fileOf(const Instance& instance);
+    void commitFiles(QList<Problem>& failures);
+    void commitManifest(QList<Problem>& failures);
+    void publishModifications();
+    bool isUnwritten(const QString& instanceName) const;
     void report(const Problem& problem);
     void report(const QList<Problem>& several);
 
@@ -65,6 +86,9 @@ public:
     std::map<QString, StoredFile> files; ///< by path, so that two names of one file share it
     std::vector<StoredFile*> toCommit;   ///< in the order in which they were first stored
     std::map<QString, Description> descriptions; ///< by path
+    std::optional<Manifest> manifest;            ///< once it was asked for
+    std::vector<Modification> modifications;     ///< those that the register does not have
+    int registerMark = 0;                        ///< how many it had when the session began
     QList<Problem> problems;
 };
 
@@ -105,6 +129,69 @@ StoredFile* Session::Private::fileOf(const Instance& instance)
     return &file;
 }
 
+void Session::Private::commitFiles(QList<Problem>& failures)
+{
+    for (StoredFile* file : toCommit) {
+        const bool isInFile = file->inFile && file->inFile->bytes() == file->stored->bytes();
+        if (!isInFile &&
+            replaceBytes(file->file, file->inFile.get(), file->stored->bytes(), failures)) {
+            file->inFile = file->stored;
+            file->isWritten = true;
+        }
+    }
+}
+
+/// Whether an instance was stored, but no file of its name was written: it could not be, or it was
+/// changed back.
+bool Session::Private::isUnwritten(const QString& instanceName) const
+{
+    bool isStored = false;
+    for (const StoredFile* file : toCommit) {
+        if (file->instance.name == instanceName) {
+            isStored = true;
+            if (file->isWritten) {
+                return false;
+            }
+        }
+    }
+    return isStored;
+}
+
+void Session::Private::commitManifest(QList<Problem>& failures)
+{
+    if (!manifest) {
+        return;
+    }
+    QList<ManifestUpdate> updates = std::exchange(manifest->updates, {});
+    updates.erase(std::remove_if(updates.begin(), updates.end(),
+                                 [this](const ManifestUpdate& update) {
+                                     return isUnwritten(update.instanceName);
+                                 }),
+                  updates.end());
+    if (updates.isEmpty()) {
+        return;
+    }
+    const QByteArray bytes = withUpdates(manifest->inFile.get(), updates);
+    const bool isInFile = manifest->inFile && manifest->inFile->bytes() == bytes;
+    const File file = manifestFile(workspace.directory());
+    if (!isInFile && replaceBytes(file, manifest->inFile.get(), bytes, failures)) {
+        manifest->inFile = json::JsonText::parse(bytes, file.shown, failures);
+    }
+}
+
+void Session::Private::publishModifications()
+{
+    std::vector<Modification> unwritten;
+    for (const Modification& modification : modifications) {
+        if (modification.file->isWritten) {
+            ModificationRegister::instance().record(modification.item);
+        } else {
+            unwritten.push_back(modification);
+        }
+    }
+    modifications = std::move(unwritten);
+}
+
 Session* Session::current()
 {
     return currentSession;
@@ -138,6 +225,7 @@ bool Session::begin(const std::function<void(const QString&)>& waiting)
             return false;
         }
     }
+    d->registerMark = ModificationRegister::instance().size();
     d->hasBegun = true;
     currentSession = this;
     return true;
@@ -218,8 +306,19 @@ bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree
     if (std::find(d->toCommit.begin(), d->toCommit.end(), file) == d->toCommit.end()) {
         d->toCommit.push_back(file);
     }
-    ModificationRegister::instance().record(originFirst, originSecond, instance.name);
+    d->modifications.push_back(
+        {ModificationRegister::itemOfNow(originFirst, originSecond, instance.name), file});
     return true;
+}
+
+QList<ModifiedInstanceItem> Session::modifications() const
+{
+    QList<ModifiedInstanceItem> items =
+        ModificationRegister::instance().itemsSince(d->registerMark);
+    for (const Modification& modification : d->modifications) {
+        items.append(modification.item);
+    }
+    return items;
 }
 
 QList<LeafChange> Session::changes() const
@@ -244,15 +343,27 @@ bool Session::commit()
         return false;
     }
     QList<Problem> problems;
-    for (StoredFile* file : d->toCommit) {
-        const bool isInFile = file->inFile && file->inFile->bytes() == file->stored->bytes();
-        if (!isInFile &&
-            replaceBytes(file->file, file->inFile.get(), file->stored->bytes(), problems)) {
-            file->inFile = file->stored;
-        }
-    }
+    d->commitFiles(problems);
+    d->commitManifest(problems);
+    d->publishModifications();
     d->report(problems);
     return problems.isEmpty();
+}
+
+bool Session::readsManifest()
+{
+    if (!d->manifest) {
+        d->manifest.emplace();
+        d->manifest->isReadable =
+            readManifest(d->workspace.directory(), d->manifest->inFile, d->manifest->whyNot);
+    }
+    d->report(d->manifest->whyNot);
+    return d->manifest->isReadable;
+}
+
+void Session::updateManifest(const QList<ManifestUpdate>& updates)
+{
+    d->manifest->updates += updates;
 }
 
 QList<Problem> Session::takeProblems()

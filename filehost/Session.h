@@ -5,6 +5,7 @@
 #include "filehost/Problem.h"
 #include "filehost/Workspace.h"
 #include "host/ConfigurationAndProcessDataBase.h"
+#include "host/ModifiedInstanceItem.h"
 
 #include <QList>
 #include <QString>
@@ -14,6 +15,8 @@
 #include <memory>
 
 namespace filehost {
+
+struct ManifestUpdate;
 
 /// One property that differs between the files and what a session has stored so far.
 struct LeafChange {
@@ -56,10 +59,15 @@ public:
     /// The instance's tree as stored so far, one that the caller may change; null with a problem.
     BaseClassSharedPointer load(const Instance& instance);
 
-    /// Stores a tree; the register of modifications notes it under the two origins if anything
-    /// changed. False with a problem.
+    /// Stores a tree; `modifications` notes it under the two origins if anything changed. False
+    /// with a problem.
     bool store(const Instance& instance, const BaseClassSharedPointer& tree,
                const QString& originFirst, const QString& originSecond);
+
+    /// The stores that changed something since the session began, oldest first: what the register
+    /// of modifications tells its thread meanwhile. Other sessions never see those that were not
+    /// committed.
+    QList<ModifiedInstanceItem> modifications() const;
 
     /// Everything stored so far that differs from the files, in the order of the instances and,
     /// within one, of the file.
@@ -67,6 +75,7 @@ public:
 
     /// Writes each changed file: atomically, durably, and only the bytes that changed. False with a
     /// problem for each file that could not be written; the other files are written all the same.
+    /// The manifest comes last, without what was to be noted for instances that were not written.
     bool commit();
 
     /// The problems met since the last call, by this session or by a host service on its thread.
@@ -76,6 +85,14 @@ public:
     void report(const Problem& problem);
 
 private:
+    friend class FileManifestHandler;
+
+    /// Whether the manifest can be updated: it reads as a list, or there is none. False with
+    /// problems.
+    bool readsManifest();
+    /// Keeps updates for `commit`. Only after `readsManifest` said yes.
+    void updateManifest(const QList<ManifestUpdate>& updates);
+
     class Private;
     std::unique_ptr<Private> d; ///< the files read so far and what was stored over them
 };

@@ -2,6 +2,7 @@
 
 #include "filehost/Files.h"
 #include "filehost/LinkReader.h"
+#include "filehost/Manifest.h"
 #include "filehost/Names.h"
 #include "host/PropertyManagerConst.h"
 
@@ -72,6 +73,22 @@ QList<Link> Workspace::links(QList<Problem>& problems) const
     }
     const std::shared_ptr<const json::JsonText> text = readJson(file, problems);
     return text ? readLinks(*text, problems) : QList<Link>();
+}
+
+bool Workspace::checkManifest(QList<Problem>& problems) const
+{
+    std::shared_ptr<const json::JsonText> text;
+    if (!readManifest(root, text, problems)) {
+        return false;
+    }
+    if (!text) {
+        problems.append({Problem::Code::Missing, manifestFile(root).shown, 0, 0,
+                         QStringLiteral("there is no manifest"),
+                         QStringLiteral("make one that flags the sources: [{\"instanceName\": "
+                                        "\"...\", \"hasDependency\": true}, ...]")});
+        return false;
+    }
+    return true;
 }
 
 QString Workspace::instancePath(const Instance& instance, QList<Problem>& problems) const

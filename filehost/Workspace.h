@@ -57,6 +57,9 @@ public:
     /// the file are added at once; entries without a problem are still returned.
     QList<Link> links(QList<Problem>& problems) const;
 
+    /// Whether the manifest is there and is a list; otherwise false with problems.
+    bool checkManifest(QList<Problem>& problems) const;
+
     /// The absolute path of an instance's file, empty with a problem added when the name is
     /// refused. The file need not exist.
     QString instancePath(const Instance& instance, QList<Problem>& problems) const;

@@ -123,6 +123,25 @@ void JsonEdits::insert(Index object, Index behind, const std::vector<Member>& me
         {{begin, begin}, written.join(between) + (children.empty() ? QByteArray() : between)});
 }
 
+void JsonEdits::append(Index array, const std::vector<std::vector<Member>>& objects)
+{
+    Index last = JsonText::none;
+    for (const Index element : text.children(array)) {
+        last = element;
+    }
+    const QByteArray between = ',' + separator(array);
+    QByteArrayList written;
+    for (const std::vector<Member>& members : objects) {
+        written.append(objectText(members, last));
+    }
+    if (written.isEmpty()) {
+        return;
+    }
+    const bool isFirst = last == JsonText::none;
+    const quint32 end = isFirst ? text.node(array).value.begin + 1 : text.node(last).value.end;
+    splices.push_back({{end, end}, (isFirst ? QByteArray() : between) + written.join(between)});
+}
+
 void JsonEdits::wrap(Index index, const QString& key, const std::vector<Member>& members)
 {
     const Span value = text.node(index).value;
@@ -133,6 +152,37 @@ void JsonEdits::wrap(Index index, const QString& key, const std::vector<Member>&
         rest += comma(colonText) + memberText(member, colonText);
     }
     splices.push_back({{value.end, value.end}, rest + '}'});
+}
+
+/// An object laid out like another one; on one line when that is no object or holds nothing.
+QByteArray JsonEdits::objectText(const std::vector<Member>& members, Index model) const
+{
+    const bool hasModel = model != JsonText::none && text.kind(model) == Kind::Object &&
+                          !text.children(model).empty();
+    const QByteArray colonText = colon(hasModel ? model : JsonText::root);
+    const QByteArray between = hasModel ? ',' + separator(model) : comma(colonText);
+    QByteArrayList written;
+    for (const Member& member : members) {
+        written.append(memberText(member, colonText));
+    }
+    if (!hasModel) {
+        return '{' + written.join(between) + '}';
+    }
+    const Span whole = text.node(model).value;
+    quint32 lastEnd = whole.begin + 1;
+    for (const Index child : text.children(model)) {
+        lastEnd = text.node(child).value.end;
+    }
+    const quint32 firstBegin = beginOf(*text.children(model).begin());
+    return '{' + toBytes(text.slice({whole.begin + 1, firstBegin})) + written.join(between) +
+           toBytes(text.slice({lastEnd, whole.end}));
+}
+
+/// Where a member begins with its key, or an element.
+quint32 JsonEdits::beginOf(Index index) const
+{
+    const JsonText::Node& node = text.node(index);
+    return text.hasKey(index) ? node.key.begin : node.value.begin;
 }
 
 QByteArray JsonEdits::memberText(const Member& member, const QByteArray& colon) const
@@ -161,15 +211,14 @@ QByteArray JsonEdits::colon(Index index) const
                                                                  : QByteArrayLiteral(": ");
 }
 
-/// What stands between a comma and the next key of an object: from the last line break on, so that
-/// blank lines are not repeated, or the blanks of an object on one line.
-QByteArray JsonEdits::separator(Index object) const
+/// What stands between a comma and the next member or element of a container: from the last line
+/// break on, so that blank lines are not repeated, or the blanks of a container on one line.
+QByteArray JsonEdits::separator(Index container) const
 {
-    quint32 end = text.node(object).value.begin + 1;
+    quint32 end = text.node(container).value.begin + 1;
     bool isFirst = true;
-    for (const Index child : text.children(object)) {
-        const JsonText::Node& node = text.node(child);
-        std::string_view gap = text.slice({end, node.key.begin});
+    for (const Index child : text.children(container)) {
+        std::string_view gap = text.slice({end, beginOf(child)});
         gap.remove_prefix(isFirst ? 0 : gap.find(',') + 1);
         const std::size_t lineFeed = gap.rfind('\n');
         if (lineFeed != std::string_view::npos) {
@@ -180,9 +229,9 @@ QByteArray JsonEdits::separator(Index object) const
             return toBytes(gap);
         }
         isFirst = false;
-        end = node.value.end;
+        end = text.node(child).value.end;
     }
-    return comma(colon(object)).mid(1);
+    return comma(colon(container)).mid(1);
 }
 
 QByteArray JsonEdits::apply() const

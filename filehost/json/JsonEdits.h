@@ -38,6 +38,9 @@ public:
     /// members when `behind` is `JsonText::none`. The object has no such keys yet.
     void insert(Index object, Index behind, const std::vector<Member>& members);
 
+    /// Adds objects of such members behind the last element of an array.
+    void append(Index array, const std::vector<std::vector<Member>>& objects);
+
     /// Turns a value into an object that holds it under `key`, spelled as it is or as `replace`
     /// makes it, followed by other members.
     void wrap(Index index, const QString& key, const std::vector<Member>& members);
@@ -53,7 +56,9 @@ private:
 
     void replaceMembers(Index object, const QVariantMap& values);
     QByteArray colon(Index index) const;
-    QByteArray separator(Index object) const;
+    QByteArray separator(Index container) const;
+    QByteArray objectText(const std::vector<Member>& members, Index model) const;
+    quint32 beginOf(Index index) const;
     QByteArray memberText(const Member& member, const QByteArray& colon) const;
 
     const JsonText& text;

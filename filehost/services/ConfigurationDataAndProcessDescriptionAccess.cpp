@@ -183,7 +183,8 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     const bool isStored =
         source != nullptr && file && storeAlone(*source, rootOf(folder), *file, problems, changed);
     if (changed) {
-        filehost::ModificationRegister::instance().record(originFirst, originSecond, instanceName);
+        filehost::ModificationRegister::instance().record(
+            filehost::ModificationRegister::itemOfNow(originFirst, originSecond, instanceName));
     }
     filehost::report(problems);
     return isStored;

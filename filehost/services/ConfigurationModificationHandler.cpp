@@ -1,5 +1,6 @@
 #include "host/ConfigurationModificationHandler.h"
 
+#include "filehost/Session.h"
 #include "filehost/services/ModificationRegister.h"
 
 ConfigurationModificationHandler* ConfigurationModificationHandler::getInstance()
@@ -11,5 +12,9 @@ ConfigurationModificationHandler* ConfigurationModificationHandler::getInstance(
 void ConfigurationModificationHandler::getModifiedInstances(
     QList<ModifiedInstanceItem>& items) const
 {
-    items = filehost::ModificationRegister::instance().items();
+    // A session's stores are none before its commit, and a manifest must not get those of earlier
+    // sessions again: the files may have been changed by somebody else since.
+    const filehost::Session* const session = filehost::Session::current();
+    items = session != nullptr ? session->modifications()
+                               : filehost::ModificationRegister::instance().itemsSince(0);
 }

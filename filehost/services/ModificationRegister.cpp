@@ -11,18 +11,30 @@ ModificationRegister& ModificationRegister::instance()
     return theRegister;
 }
 
-void ModificationRegister::record(const QString& originFirst, const QString& originSecond,
-                                  const QString& instanceName)
+ModifiedInstanceItem ModificationRegister::itemOfNow(const QString& originFirst,
+                                                     const QString& originSecond,
+                                                     const QString& instanceName)
 {
-    const QString now = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
-    const QMutexLocker locker(&mutex);
-    recorded.append({originFirst, originSecond, instanceName, now});
+    return {originFirst, originSecond, instanceName,
+            QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)};
 }
 
-QList<ModifiedInstanceItem> ModificationRegister::items() const
+void ModificationRegister::record(const ModifiedInstanceItem& item)
 {
     const QMutexLocker locker(&mutex);
-    return recorded;
+    recorded.append(item);
+}
+
+int ModificationRegister::size() const
+{
+    const QMutexLocker locker(&mutex);
+    return recorded.size();
+}
+
+QList<ModifiedInstanceItem> ModificationRegister::itemsSince(int mark) const
+{
+    const QMutexLocker locker(&mutex);
+    return recorded.mid(mark);
 }
 
 } // namespace filehost

@@ -9,16 +9,21 @@
 
 namespace filehost {
 
-/// Every store that changed something since the process started, oldest first. For any thread.
+/// Every store that changed a file since the process started, oldest first. For any thread.
 class ModificationRegister {
 public:
     static ModificationRegister& instance();
 
-    /// Notes the present time with it.
-    void record(const QString& originFirst, const QString& originSecond,
-                const QString& instanceName);
+    /// A modification of this moment, which the register does not have yet.
+    static ModifiedInstanceItem itemOfNow(const QString& originFirst, const QString& originSecond,
+                                          const QString& instanceName);
 
-    QList<ModifiedInstanceItem> items() const;
+    void record(const ModifiedInstanceItem& item);
+
+    int size() const;
+
+    /// All items but the first `mark`.
+    QList<ModifiedInstanceItem> itemsSince(int mark) const;
 
 private:
     mutable QMutex mutex;

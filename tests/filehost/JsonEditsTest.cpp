@@ -106,3 +106,46 @@ TEST(JsonEdits, take_effect_together_whatever_their_order)
         edits.apply(),
         QByteArray(R"({"x": 0, "y": 0, "a": 1, "b": {"value": 22, "e": 5}, "c": [3], "d": 4})"));
 }
+
+namespace {
+
+struct Appending {
+    const char* title;
+    const char* before;
+    const char* after;
+};
+
+class AppendedObjects : public testing::TestWithParam<Appending> {};
+
+} // namespace
+
+TEST_P(AppendedObjects, look_like_the_element_before_them)
+{
+    const auto text = readText(GetParam().before);
+    JsonEdits edits(*text);
+    edits.append(JsonText::root, {{{"n", json(R"("B")")}, {"t", json("2")}}, {{"n", json("3")}}});
+    EXPECT_EQ(edits.apply(), QByteArray(GetParam().after));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Arrays, AppendedObjects,
+    testing::Values(
+        Appending{"on_lines_of_their_own",
+                  "[\r\n  {\r\n    \"n\": \"A\",\r\n    \"t\": 1\r\n  }\r\n]\r\n",
+                  "[\r\n  {\r\n    \"n\": \"A\",\r\n    \"t\": 1\r\n  },\r\n"
+                  "  {\r\n    \"n\": \"B\",\r\n    \"t\": 2\r\n  },\r\n"
+                  "  {\r\n    \"n\": 3\r\n  }\r\n]\r\n"},
+        Appending{"an_object_to_a_line", "[\n\t{ \"n\" : \"A\", \"t\" : 1 }\n]",
+                  "[\n\t{ \"n\" : \"A\", \"t\" : 1 },\n\t{ \"n\" : \"B\", \"t\" : 2 },\n"
+                  "\t{ \"n\" : 3 }\n]"},
+        Appending{"all_on_one_line", R"([{"n":"A","t":1}])",
+                  R"([{"n":"A","t":1},{"n":"B","t":2},{"n":3}])"},
+        Appending{"members_on_lines_in_an_array_on_one", "[{\n  \"n\": 1,\n  \"t\": 2\n}]",
+                  "[{\n  \"n\": 1,\n  \"t\": 2\n}, {\n  \"n\": \"B\",\n  \"t\": 2\n}, "
+                  "{\n  \"n\": 3\n}]"},
+        Appending{"without_a_blank_line_again", "[\n {\"n\": 1},\n\n {\"n\": 2}\n\n]",
+                  "[\n {\"n\": 1},\n\n {\"n\": 2},\n {\"n\": \"B\", \"t\": 2},\n {\"n\": 3}\n\n]"},
+        Appending{"in_an_empty_array", "[]", R"([{"n": "B", "t": 2}, {"n": 3}])"},
+        Appending{"behind_an_element_that_is_none", "[1, {}]",
+                  R"([1, {}, {"n": "B", "t": 2}, {"n": 3}])"}),
+    [](const auto& row) { return std::string(row.param.title); });

@@ -347,15 +347,14 @@ TEST_F(Sessions, replace_an_instance_by_another_tree_as_a_whole)
 TEST_F(Sessions, note_a_modification_for_each_store_that_changed_something)
 {
     write("configuration/Oven.json", oven);
-    const int before = modifications().size();
     begin();
     change(configurationOf("Oven"), "Temperature", "@unitType", "C");
-    EXPECT_EQ(modifications().size(), before);
+    EXPECT_TRUE(modifications().isEmpty());
     const QDateTime start = QDateTime::currentDateTimeUtc();
     change(configurationOf("Oven"), "Temperature", "@unitType", "K");
     change(configurationOf("Oven"), "Temperature", "@unitType", "F");
     const QList<ModifiedInstanceItem> items = modifications();
-    ASSERT_EQ(items.size(), before + 2);
+    ASSERT_EQ(items.size(), 2);
     EXPECT_EQ(items.last().originFirst, QString("first"));
     EXPECT_EQ(items.last().originSecond, QString("second"));
     EXPECT_EQ(items.last().instanceName, QString("Oven"));
