@@ -12,8 +12,12 @@ import sys
 PUBLIC_CLASSES = {
     "CommandBase",
     "CommandSetUnitByConfigurationParameter",
+    "CommandSetUnitByConfigurationParameterArray",
+    "CommandSetUnitByConfigurationParameterRegExp",
     "CommandSetUnitProperties",
+    "CommandSetUnitPropertiesRegExp",
     "ConditionBase",
+    "ConditionValueComparatorRegExp",
     "ConditionValueComparators",
     "ConditionWriteOnUrls",
     "ConditionWriteOnUrlsRegExp",
@@ -24,6 +28,7 @@ PUBLIC_CLASSES = {
     "NodeBase",
     "NodeCommand",
     "NodeSwitch",
+    "SourceDependencyManager",
     "UnitManipulatorBase",
     "VelmarFactories::Factory",
 }
