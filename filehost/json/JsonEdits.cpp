@@ -193,14 +193,17 @@ QByteArray JsonEdits::memberText(const Member& member, const QByteArray& colon) 
 }
 
 /// The colon and the blanks around it: as an object's first member has them, else as the value's
-/// own key has them, else as the text's first member does.
+/// own key has them, else as the text's first member does (in the first element, for a list).
 QByteArray JsonEdits::colon(Index index) const
 {
     Index model = index;
     if (text.kind(index) == Kind::Object && !text.children(index).empty()) {
         model = *text.children(index).begin();
-    } else if (!text.hasKey(index) && !text.children(JsonText::root).empty()) {
-        model = *text.children(JsonText::root).begin();
+    } else if (!text.hasKey(index)) {
+        model = JsonText::root;
+        while (!text.hasKey(model) && !text.children(model).empty()) {
+            model = *text.children(model).begin();
+        }
     }
     if (!text.hasKey(model)) {
         return QByteArrayLiteral(": ");
