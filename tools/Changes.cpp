@@ -4,9 +4,12 @@
 #include "tools/Console.h"
 #include "tools/Json.h"
 #include "tools/Leaves.h"
+#include "tools/Manifest.h"
 #include "tools/Table.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
+
+#include <QVariantMap>
 
 #include <algorithm>
 
@@ -65,6 +68,66 @@ QString shown(const LeafChange& change, const QVariant& value)
     return units.join(QStringLiteral(", "));
 }
 
+/// A column whose unit changed.
+struct ColumnChange {
+    int index;
+    QString name;
+    QVariant before; ///< invalid when the column had no unit
+    QVariant after;
+};
+
+/// The columns of an array whose units changed; none when it has got more or fewer columns.
+QList<ColumnChange> columnChangesOf(const LeafChange& change)
+{
+    const QVariantList before = change.before.toList();
+    const QVariantList after = change.after.toList();
+    if (change.property != Keys::getKeyDataPropertyArrayInformation() ||
+        before.size() != after.size()) {
+        return {};
+    }
+
+    const QString unitKey = QStringLiteral("unitType");
+    QList<ColumnChange> columns;
+    for (int index = 0; index < after.size(); ++index) {
+        const QVariantMap column = after.at(index).toMap();
+        const QVariant unitBefore = before.at(index).toMap().value(unitKey);
+        if (column.value(unitKey) != unitBefore) {
+            columns.append({index, column.value(QStringLiteral("name")).toString(), unitBefore,
+                            column.value(unitKey)});
+        }
+    }
+    return columns;
+}
+
+/// One line of a change, cell by cell.
+struct Row {
+    QString place;
+    QString property;
+    QString before;
+    QString after;
+};
+
+/// A column is named as descriptions name it, by its index, and as people do.
+QString placeOf(const LeafChange& change, const ColumnChange& column)
+{
+    const QString place = QStringLiteral("%1[%2]").arg(printable(change.url)).arg(column.index);
+    return column.name.isEmpty() ? place : place + QLatin1Char(' ') + printable(column.name);
+}
+
+QList<Row> rowsOf(const LeafChange& change)
+{
+    QList<Row> rows;
+    for (const ColumnChange& column : columnChangesOf(change)) {
+        rows.append({placeOf(change, column), QStringLiteral("unit"), shortValueText(column.before),
+                     shortValueText(column.after)});
+    }
+    if (rows.isEmpty()) {
+        rows.append({printable(change.url), propertyName(change.property),
+                     shown(change, change.before), shown(change, change.after)});
+    }
+    return rows;
+}
+
 int commonWidth(const QStringList& texts)
 {
     int common = 0;
@@ -98,13 +161,15 @@ QString totalText(const QList<LeafChange>& changes)
 Changes keepChanges(filehost::Session& session, bool dryRun, Console& console)
 {
     Changes changes{session.changes()};
+    changes.allKept = updateManifest(session.workspace(), session, console);
     if (dryRun) {
         return changes;
     }
 
-    changes.allKept = session.commit();
+    const bool allWritten = session.commit();
     console.report(session.takeProblems());
-    if (!changes.allKept) {
+    if (!allWritten) {
+        changes.allKept = false;
         changes.list = difference(changes.list, session.changes());
     }
     return changes;
@@ -118,19 +183,23 @@ QString changesText(const QList<LeafChange>& changes, bool color)
 
     QStringList before;
     for (const LeafChange& change : changes) {
-        before.append(shown(change, change.before));
+        for (const Row& row : rowsOf(change)) {
+            before.append(row.before);
+        }
     }
     const int width = commonWidth(before);
 
     Table table;
-    for (int index = 0; index < changes.size(); ++index) {
-        const LeafChange& change = changes.at(index);
-        if (index == 0 || !(changes.at(index - 1).instance == change.instance)) {
+    const LeafChange* last = nullptr;
+    for (const LeafChange& change : changes) {
+        if (last == nullptr || !(last->instance == change.instance)) {
             table.addHeading(titleOf(change.instance));
         }
-        table.addRow({printable(change.url), propertyName(change.property),
-                      padded(before.at(index), width) + QStringLiteral(" → ") +
-                          shown(change, change.after)});
+        last = &change;
+        for (const Row& row : rowsOf(change)) {
+            table.addRow({row.place, row.property,
+                          padded(row.before, width) + QStringLiteral(" → ") + row.after});
+        }
     }
     return table.toText(color) + totalText(changes);
 }
@@ -144,6 +213,13 @@ void addChanges(JsonDocument& document, const QList<LeafChange>& changes)
         document.add(QStringLiteral("property"), change.property);
         document.add(QStringLiteral("before"), change.before);
         document.add(QStringLiteral("after"), change.after);
+        document.addObjects(QStringLiteral("columns"), columnChangesOf(change),
+                            [&document](const ColumnChange& column) {
+                                document.add(QStringLiteral("index"), column.index);
+                                document.add(QStringLiteral("name"), column.name);
+                                document.add(QStringLiteral("before"), column.before);
+                                document.add(QStringLiteral("after"), column.after);
+                            });
     });
 }
 

@@ -8,6 +8,7 @@
 #include "tools/ResolveCommand.h"
 #include "tools/SetCommand.h"
 #include "tools/ShowCommand.h"
+#include "tools/SourcesCommand.h"
 #include "tools/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -44,6 +45,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<SetCommand>());
     commands.push_back(std::make_unique<ResolveCommand>());
     commands.push_back(std::make_unique<ShowCommand>());
+    commands.push_back(std::make_unique<SourcesCommand>());
     commands.push_back(std::make_unique<InitCommand>());
     return commands;
 }

@@ -6,6 +6,7 @@
 #include "tools/Console.h"
 #include "tools/Json.h"
 #include "tools/Leaves.h"
+#include "tools/Manifest.h"
 #include "tools/NearestNames.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
@@ -100,6 +101,7 @@ ExitCode SetCommand::work(Console& console)
     }
 
     runLinks(*workspace, session, links, console);
+    warnIfNotFlagged(*workspace, instance.name, runs.size(), console);
     changes = keepChanges(session, isDryRun, console);
     isDone = changes.allKept;
     if (!changes.allKept) {

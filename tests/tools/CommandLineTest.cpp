@@ -38,6 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Of, HelpText,
                          testing::Values(Help{"program", {}}, Help{"set", {QStringLiteral("set")}},
                                          Help{"resolve", {QStringLiteral("resolve")}},
                                          Help{"show", {QStringLiteral("show")}},
+                                         Help{"sources", {QStringLiteral("sources")}},
                                          Help{"init", {QStringLiteral("init")}}),
                          [](const testing::TestParamInfo<Help>& test) { return test.param.title; });
 

@@ -55,6 +55,13 @@ const std::vector<NamedText> ovenFiles{
     "Interval": { "@value": 60, "@unitType": "s" }
 }
 )"},
+    {"configuration/manifest.json", R"([
+    { "instanceName": "controller", "hasDependency": true, "lastModified": "2025-01-01T00:00:00.000Z" },
+    { "instanceName": "display", "hasDependency": false, "lastModified": "2025-01-01T00:00:00.000Z" },
+    { "instanceName": "recorder", "lastModified": "2025-01-01T00:00:00.000Z" },
+    { "instanceName": "baking", "lastModified": "2025-01-01T00:00:00.000Z" }
+]
+)"},
     {"process/baking.json", R"({
     "Limits": {
         "Temperature": { "@value": 250, "@unitType": "°C" }
@@ -108,6 +115,24 @@ QStringList entriesBelow(const QString& folder, QDir::Filters filters)
 }
 
 } // namespace
+
+const char* const columnDescription = R"({
+    "Units": {
+        "Type": "SwitchNode",
+        "Next": {
+            "Temperature": {
+                "Type": "CommandNode",
+                "ConditionWriteOnUrls": [["Settings/TemperatureUnit"]],
+                "Commands": {
+                    "CommandSetUnitByConfigurationParameterArray": [
+                        ["Settings/TemperatureUnit", "Log[2-1]"]
+                    ]
+                }
+            }
+        }
+    }
+}
+)";
 
 TestWorkspace::TestWorkspace()
 {

@@ -30,6 +30,9 @@ private:
     QTemporaryDir folder;
 };
 
+/// A description by which the second column of the recorder's log follows the temperature unit.
+extern const char* const columnDescription;
+
 /// What a run of the program left behind.
 struct Result {
     int exitCode;

@@ -55,6 +55,24 @@ protected:
                         R"({"Limits": {"Temperature": {"@value": 250}}})");
     }
 
+    /// Adds a link by which a column of the recorder's log follows, which has no unit yet.
+    QStringList resolveColumn() const
+    {
+        QByteArray links = workspace.read(QStringLiteral("links.json"));
+        links.chop(links.size() - links.lastIndexOf(']'));
+        workspace.write(QStringLiteral("links.json"), links + R"(,
+    {"source": "controller", "target": "recorder", "dependency": "columns"}
+])");
+        workspace.write(QStringLiteral("dependency/columns.json"), columnDescription);
+        workspace.write(QStringLiteral("configuration/recorder.json"), R"({"Log": {
+        "@type": "array", "@value": [],
+        "@arrayInformation": [{"name": "Time", "unitType": "s"}, {"name": "Temperature"}]
+    }})");
+        return asJson({QStringLiteral("resolve"), QStringLiteral("controller"),
+                       QStringLiteral("recorder"), QStringLiteral("columns"),
+                       QStringLiteral("--dry-run")});
+    }
+
     TestWorkspace workspace;
 };
 
@@ -68,9 +86,9 @@ TEST_F(JsonOutput, of_set_has_every_field)
         "value": "°F",
         "changes": [
             {"instance": "controller", "process": false, "url": "Settings/TemperatureUnit",
-             "property": "@value", "before": "°C", "after": "°F"},
+             "property": "@value", "before": "°C", "after": "°F", "columns": []},
             {"instance": "baking", "process": true, "url": "Limits/Temperature",
-             "property": "@unitType", "before": null, "after": "°F"}],
+             "property": "@unitType", "before": null, "after": "°F", "columns": []}],
         "links": [
             {"source": "controller", "target": "display", "dependency": "broken", "process": false,
              "parameters": [1, "a"], "urls": ["Settings/TemperatureUnit"], "outcome": "failed",
@@ -113,11 +131,36 @@ TEST_F(JsonOutput, of_resolve_has_every_field)
         "format": "unitflow/resolve", "version": 1, "exitCode": 0, "dryRun": true, "all": false,
         "changes": [
             {"instance": "baking", "process": true, "url": "Limits/Temperature",
-             "property": "@unitType", "before": null, "after": "°C"}],
+             "property": "@unitType", "before": null, "after": "°C", "columns": []}],
         "links": [
             {"source": "controller", "target": "baking", "dependency": "units", "process": true,
              "parameters": ["Limits", "Temperature"], "urls": [], "outcome": "resolved",
              "changed": true}],
+        "problems": []
+    })")));
+}
+
+TEST_F(JsonOutput, of_a_changed_array_names_the_changed_columns)
+{
+    const Result result = run(workspace, resolveColumn());
+    EXPECT_EQ(result.exitCode, 0);
+    const QJsonArray changes = result.json()[QStringLiteral("changes")].toArray();
+    ASSERT_EQ(changes.size(), 1);
+    EXPECT_EQ(shown(changes[0].toObject()), shown(object(R"({
+        "instance": "recorder", "process": false, "url": "Log", "property": "@arrayInformation",
+        "before": [{"name": "Time", "unitType": "s"}, {"name": "Temperature"}],
+        "after": [{"name": "Time", "unitType": "s"}, {"name": "Temperature", "unitType": "°C"}],
+        "columns": [{"index": 1, "name": "Temperature", "before": null, "after": "°C"}]
+    })")));
+}
+
+TEST_F(JsonOutput, of_sources_has_every_field)
+{
+    const Result result = run(workspace, asJson({QStringLiteral("sources")}));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(shown(result.json()), shown(object(R"({
+        "format": "unitflow/sources", "version": 1, "exitCode": 0,
+        "sources": [{"instance": "controller", "links": 3}],
         "problems": []
     })")));
 }
@@ -346,12 +389,14 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
 
     const QTemporaryDir folder;
     const QList<QStringList> commands{
+        resolveColumn(),
         asJson({QStringLiteral("resolve"), QStringLiteral("--all"), QStringLiteral("--dry-run")}),
         setUnit(),
         asJson({QStringLiteral("resolve"), QStringLiteral("controller"), QStringLiteral("display"),
                 QStringLiteral("units"), QStringLiteral("--url"), QStringLiteral("Settings/Mode")}),
         asJson({QStringLiteral("show"), QStringLiteral("recorder")}),
         asJson({QStringLiteral("show")}),
+        asJson({QStringLiteral("sources")}),
         asJson({QStringLiteral("init"), folder.filePath(QStringLiteral("line"))})};
 
     QMap<QString, QSet<QString>> found;
@@ -360,7 +405,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         addFields(document, {}, found[document[QStringLiteral("format")].toString()]);
     }
 
-    EXPECT_EQ(found.size(), 5);
+    EXPECT_EQ(found.size(), 6);
     QSet<QString> foundCommon;
     for (auto format = found.begin(); format != found.end(); ++format) {
         QSet<QString> expected = documented.value(format.key());

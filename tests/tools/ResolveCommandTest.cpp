@@ -254,4 +254,42 @@ INSTANTIATE_TEST_SUITE_P(
                 QStringLiteral("--url")}}),
     [](const testing::TestParamInfo<Misuse>& test) { return test.param.title; });
 
+TEST_F(Resolve, notes_the_time_in_the_entries_of_the_changed_instances_only)
+{
+    const QByteArray old = "\"2025-01-01T00:00:00.000Z\"";
+    run(workspace, resolveDisplay());
+    const QList<QByteArray> lines =
+        workspace.read(QStringLiteral("configuration/manifest.json")).split('\n');
+    ASSERT_EQ(lines.size(), 7);
+    EXPECT_TRUE(lines.at(1).contains(old));  // controller
+    EXPECT_FALSE(lines.at(2).contains(old)); // display
+    EXPECT_TRUE(lines.at(4).contains(old));  // baking
+}
+
+TEST_F(Resolve, leaves_the_manifest_alone_when_nothing_changed)
+{
+    run(workspace, resolveDisplay());
+    const QMap<QString, qint64> times = workspace.times();
+    run(workspace, resolveDisplay());
+    const QString manifest = workspace.path(QStringLiteral("configuration/manifest.json"));
+    EXPECT_EQ(workspace.times().value(manifest), times.value(manifest));
+}
+
+TEST_F(Resolve, dry_run_leaves_the_manifest_alone)
+{
+    const QMap<QString, QByteArray> files = workspace.files();
+    run(workspace, resolveDisplay({QStringLiteral("--dry-run")}));
+    EXPECT_EQ(workspace.files(), files);
+}
+
+TEST_F(Resolve, with_a_manifest_that_is_no_json_is_an_error_and_keeps_what_follows)
+{
+    workspace.write(QStringLiteral("configuration/manifest.json"), "[");
+    const Result result = run(workspace, resolveDisplay());
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: configuration/manifest.json:1:2:")))
+        << result.err.toStdString();
+    EXPECT_TRUE(workspace.read(QStringLiteral("configuration/display.json")).contains("°F"));
+}
+
 } // namespace

@@ -49,7 +49,7 @@ TEST(Set, shows_each_changed_leaf_by_instance_and_a_total)
     expectGolden(QStringLiteral("set"), result.out);
 }
 
-TEST(Set, changes_the_lines_of_the_changed_leaves_and_nothing_else)
+TEST(Set, changes_the_lines_of_the_changed_leaves_and_of_the_manifest_and_nothing_else)
 {
     const TestWorkspace workspace;
     const QMap<QString, QByteArray> before = workspace.files();
@@ -57,6 +57,9 @@ TEST(Set, changes_the_lines_of_the_changed_leaves_and_nothing_else)
     EXPECT_EQ(changedLines(before, workspace.files()),
               (QStringList{QStringLiteral("configuration/controller.json:4"),
                            QStringLiteral("configuration/display.json:3"),
+                           QStringLiteral("configuration/manifest.json:2"),
+                           QStringLiteral("configuration/manifest.json:3"),
+                           QStringLiteral("configuration/manifest.json:5"),
                            QStringLiteral("process/baking.json:3")}));
 }
 
@@ -110,6 +113,122 @@ TEST(Set, shows_a_property_that_was_not_there_as_none)
     const Result result = run(workspace, setUnit());
     EXPECT_TRUE(result.out.contains(QStringLiteral("Limits/Temperature        unit   (none) → °F")))
         << result.out.toStdString();
+}
+
+// --- arrays
+
+/// Lets the recorder's log follow, next to what follows anyway.
+void linkColumn(const TestWorkspace& workspace)
+{
+    workspace.write(QStringLiteral("dependency/columns.json"), columnDescription);
+    workspace.write(QStringLiteral("links.json"), R"([
+    {"source": "controller", "target": "display", "dependency": "units",
+     "parameters": ["Oven1", "Temperature"]},
+    {"source": "controller", "target": "recorder", "dependency": "columns"}
+])");
+}
+
+TEST(Set, shows_the_columns_of_an_array_that_follow)
+{
+    const TestWorkspace workspace;
+    linkColumn(workspace);
+    const Result result = run(workspace, setUnit());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, QString());
+    expectGolden(QStringLiteral("set-column"), result.out);
+}
+
+TEST(Set, changes_the_unit_of_a_column_and_keeps_the_other_keys)
+{
+    const TestWorkspace workspace;
+    linkColumn(workspace);
+    QByteArray expected = workspace.read(QStringLiteral("configuration/recorder.json"));
+    expected.replace("\"unitType\": \"°C\"", "\"unitType\": \"°F\"");
+    run(workspace, setUnit());
+    EXPECT_EQ(workspace.read(QStringLiteral("configuration/recorder.json")), expected);
+}
+
+TEST(Set, shows_a_column_without_a_name_by_its_index_and_one_without_a_unit_as_none)
+{
+    const TestWorkspace workspace;
+    linkColumn(workspace);
+    workspace.write(QStringLiteral("configuration/recorder.json"),
+                    R"({"Log": {"@type": "array", "@arrayInformation": [{}, {"width": 5}]}})");
+    const Result result = run(workspace, setUnit());
+    EXPECT_TRUE(result.out.contains(QStringLiteral("Log[1]                    unit   (none) → °F")))
+        << result.out.toStdString();
+    EXPECT_EQ(workspace.read(QStringLiteral("configuration/recorder.json")),
+              QByteArray(R"({"Log": {"@type": "array", "@arrayInformation": [{}, )"
+                         R"({"width": 5, "unitType": "°F"}]}})"));
+}
+
+// --- the manifest
+
+const QString manifest = QStringLiteral("configuration/manifest.json");
+
+TEST(Set, notes_the_time_in_the_entries_of_the_changed_instances_only)
+{
+    const TestWorkspace workspace;
+    const QByteArray old = "\"2025-01-01T00:00:00.000Z\"";
+    run(workspace, setUnit());
+    const QList<QByteArray> lines = workspace.read(manifest).split('\n');
+    ASSERT_EQ(lines.size(), 7);
+    EXPECT_FALSE(lines.at(1).contains(old)); // controller
+    EXPECT_FALSE(lines.at(2).contains(old)); // display
+    EXPECT_TRUE(lines.at(3).contains(old));  // recorder
+    EXPECT_FALSE(lines.at(4).contains(old)); // baking
+}
+
+TEST(Set, leaves_the_manifest_alone_when_nothing_changed)
+{
+    const TestWorkspace workspace;
+    const QMap<QString, qint64> times = workspace.times();
+    run(workspace, set({controller, temperatureUnit, QStringLiteral("°C")}));
+    EXPECT_EQ(workspace.times().value(workspace.path(manifest)),
+              times.value(workspace.path(manifest)));
+}
+
+TEST(Set, makes_a_missing_manifest)
+{
+    const TestWorkspace workspace;
+    workspace.remove(manifest);
+    const Result result = run(workspace, setUnit());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(workspace.read(manifest).startsWith("[\n    {\n        \"instanceName\": "
+                                                    "\"controller\",\n        \"lastModified\""))
+        << workspace.read(manifest).toStdString();
+}
+
+TEST(Set, of_a_source_that_the_manifest_does_not_flag_says_so_in_one_line_and_still_works)
+{
+    const TestWorkspace workspace;
+    workspace.write(manifest, R"([{"instanceName": "controller", "hasDependency": 1}])");
+    const Result result = run(workspace, setUnit());
+    EXPECT_EQ(result.exitCode, 0);
+    expectGolden(QStringLiteral("set"), result.out);
+    expectGolden(QStringLiteral("set-not-flagged"), result.err);
+}
+
+TEST(Set, of_an_instance_without_links_needs_no_flag)
+{
+    const TestWorkspace workspace;
+    const Result result =
+        run(workspace,
+            set({QStringLiteral("recorder"), QStringLiteral("Interval"), QStringLiteral("30")}));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, QString());
+}
+
+TEST(Set, with_a_manifest_that_is_no_json_says_where_and_does_the_rest)
+{
+    const TestWorkspace workspace;
+    workspace.write(manifest, "[\n    {\"instanceName\": controller}\n]\n");
+    const Result result = run(workspace, setUnit());
+    EXPECT_EQ(result.exitCode, 2);
+    expectGolden(QStringLiteral("set"), result.out);
+    expectGolden(QStringLiteral("set-broken-manifest"), result.err);
+    EXPECT_TRUE(workspace.read(QStringLiteral("configuration/display.json")).contains("°F"));
+    EXPECT_EQ(workspace.read(manifest), QByteArray("[\n    {\"instanceName\": controller}\n]\n"));
 }
 
 // --- values
