@@ -30,7 +30,13 @@ if(TARGET unitflow-hostkit)
 endif()
 if(TARGET unitflow-filehost)
     install_library(unitflow-filehost filehost)
+    set_target_properties(unitflow-filehost PROPERTIES INSTALL_RPATH $ORIGIN) # finds the engine
     install_headers(${PROJECT_SOURCE_DIR} ${UNITFLOW_FILEHOST_HEADERS})
+endif()
+
+if(TARGET unitflow-program)
+    set_target_properties(unitflow-program PROPERTIES INSTALL_RPATH
+                                                      $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 endif()
 
 install(EXPORT unitflow-targets NAMESPACE Unitflow:: DESTINATION ${package_folder})
