@@ -33,17 +33,16 @@ QVariantList ArrayDataTypeWrapper::getArrayValueContent() const
 int ArrayDataTypeWrapper::setArrayInfoWithStatus(const BaseClassSharedPointer& root,
                                                  const QString& url)
 {
-    const auto* node = static_cast<const testhost::Node*>(root.data());
-    const BaseClassSharedPointer leaf = node == nullptr ? nullptr : node->find(url);
+    const auto& node = dynamic_cast<const testhost::Node&>(*root);
+    const BaseClassSharedPointer leaf = node.find(url);
     const int status =
         leaf.isNull()
             ? 2
-            : static_cast<testhost::Node&>(*leaf).write(
+            : node.at(url).write(
                   ConfigurationAndProcessDataDefinitions::getKeyDataPropertyArrayInformation(),
                   d->arrayInformation);
     Host::current().record(QStringLiteral("setArrayInfoWithStatus(%1, %2, %3) -> %4")
-                               .arg(testhost::where(node), url,
-                                    testhost::describe(d->arrayInformation),
+                               .arg(node.place(), url, testhost::describe(d->arrayInformation),
                                     QString::number(status)));
     return status;
 }

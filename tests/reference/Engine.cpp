@@ -68,14 +68,13 @@ QString text(const QJsonValue& tree)
 void setStatuses(testhost::Node& node, const QJsonObject& tree)
 {
     QList<int> statuses;
-    for (const QJsonValue& status : tree["@statuses"].toArray()) {
+    for (const QJsonValue status : tree["@statuses"].toArray()) {
         statuses.append(status.toInt());
     }
     node.answerWritesWith(statuses);
     for (auto member = tree.begin(); member != tree.end(); ++member) {
         if (!member.key().startsWith('@')) {
-            setStatuses(static_cast<testhost::Node&>(*node.getChildData(member.key())),
-                        member.value().toObject());
+            setStatuses(node.at(member.key()), member.value().toObject());
         }
     }
 }
@@ -83,7 +82,7 @@ void setStatuses(testhost::Node& node, const QJsonObject& tree)
 testhost::NodePointer tree(const QString& label, const QJsonValue& json)
 {
     testhost::NodePointer root = testhost::tree(label, text(json));
-    if (root) {
+    if (!root.isNull()) {
         setStatuses(*root, json.toObject());
     }
     return root;

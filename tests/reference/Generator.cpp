@@ -2,7 +2,9 @@
 
 #include <QJsonArray>
 
+#include <array>
 #include <random>
+#include <utility>
 
 namespace reference {
 namespace {
@@ -267,18 +269,18 @@ private:
 
     QJsonValue commands()
     {
-        static const std::pair<const char*, Draw> types[] = {
-            {"CommandSetUnitProperties", &Generator::fixedRow},
-            {"CommandSetUnitPropertiesRegExp", &Generator::patternRow},
-            {"CommandSetUnitByConfigurationParameter", &Generator::parameterRow},
-            {"CommandSetUnitByConfigurationParameterInstRegExp", &Generator::writtenRow},
-            {"CommandSetUnitByConfigurationParameterArray", &Generator::columnRow}};
+        static const std::array<std::pair<const char*, Draw>, 5> types{
+            {{"CommandSetUnitProperties", &Generator::fixedRow},
+             {"CommandSetUnitPropertiesRegExp", &Generator::patternRow},
+             {"CommandSetUnitByConfigurationParameter", &Generator::parameterRow},
+             {"CommandSetUnitByConfigurationParameterInstRegExp", &Generator::writtenRow},
+             {"CommandSetUnitByConfigurationParameterArray", &Generator::columnRow}}};
         if (oneIn(30)) {
             return unit();
         }
         QJsonObject drawn;
         for (int count = 1 + below(2); count > 0; --count) {
-            const auto& [type, draw] = types[below(5)];
+            const auto& [type, draw] = types.at(std::size_t(below(5)));
             drawn.insert(type, table(draw));
         }
         if (oneIn(8)) {

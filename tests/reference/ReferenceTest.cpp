@@ -61,7 +61,7 @@ std::string report(std::uint64_t seed, const Scenario& scenario)
 Scenario firstDifference(const std::string& brokenRule)
 {
     for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
-        const Scenario scenario = reference::generate(seed);
+        Scenario scenario = reference::generate(seed);
         Evaluator twin{brokenRule, {}};
         if (differ(scenario, twin)) {
             return scenario;

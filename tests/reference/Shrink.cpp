@@ -9,7 +9,7 @@ using Accept = std::function<bool(const QJsonValue&)>;
 
 /// Tries to delete parts of `value`; `accept` takes the whole value with the part left out, or
 /// refuses it. Returns what is left. Large parts are tried before what they hold.
-QJsonValue shrinkValue(QJsonValue value, const Accept& accept);
+QJsonValue shrinkValue(const QJsonValue& value, const Accept& accept);
 
 QJsonValue shrinkObject(QJsonObject object, const Accept& accept)
 {
@@ -47,7 +47,7 @@ QJsonValue shrinkArray(QJsonArray array, const Accept& accept)
     return array;
 }
 
-QJsonValue shrinkValue(QJsonValue value, const Accept& accept)
+QJsonValue shrinkValue(const QJsonValue& value, const Accept& accept)
 {
     if (value.isObject()) {
         return shrinkObject(value.toObject(), accept);

@@ -44,7 +44,7 @@ PlainPointer plainTree(const QString& place, const QJsonValue& json)
             node->children[key] = plainTree(place + '/' + key, object[key]);
         }
     }
-    for (const QJsonValue& status : object["@statuses"].toArray()) {
+    for (const QJsonValue status : object["@statuses"].toArray()) {
         node->statuses.append(status.toInt());
     }
     return node;
@@ -157,8 +157,8 @@ private:
                  "bool DependencyResolverBaseClass::resolveDependency(const QDir&, const QString&, "
                  "const QDir&, const QString&, const QString&, bool&, bool, const QStringList&, "
                  "const QVariantList&, const QSharedPointer<UnitManipulatorBase>&) const",
-                 "Unable to resolve dependency between \"/base/configurations\" and \"" +
-                     targetFolder + "\" defined by \"name\"");
+                 R"(Unable to resolve dependency between "/base/configurations" and ")" +
+                     targetFolder + R"(" defined by "name")");
             return false;
         }
         const bool stored = !scenario["refusesStore"].toBool();
@@ -224,9 +224,9 @@ private:
             }
             for (const QString& url : urls) {
                 if (url.startsWith("RE:")) {
-                    patternWatchers.push_back({url.mid(3), node});
+                    patternWatchers.emplace_back(url.mid(3), node);
                 } else {
-                    urlWatchers.push_back({url, node});
+                    urlWatchers.emplace_back(url, node);
                 }
             }
         }
