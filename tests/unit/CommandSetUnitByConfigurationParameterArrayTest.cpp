@@ -3,6 +3,7 @@
 #include "CommandFixture.h"
 
 #include <limits>
+#include <vector>
 
 using testhost::Message;
 using testhost::table;
@@ -128,11 +129,12 @@ TEST_F(SetColumnUnit, writes_an_empty_text)
 
 TEST_F(SetColumnUnit, evaluates_column_expressions)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* expression;
         int value;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a number", "4", 4},
         {"a number with blanks around it", " 4 ", 4},
         {"zero is accepted", "0", 0},
@@ -185,10 +187,11 @@ TEST_F(SetColumnUnit, evaluates_column_expressions)
 
 TEST_F(SetColumnUnit, warns_of_expressions_with_more_than_two_operands)
 {
-    struct {
+    struct Row {
         const char* expression;
         int line;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"1+2+3", 211}, {"1++2", 211}, {"++", 211},  {"1+2-3+4", 211},
         {"5-1-1", 225}, {"1--2", 225}, {"--3", 225}, {"---", 225},
     };
@@ -210,12 +213,13 @@ TEST_F(SetColumnUnit, reads_a_sum_first_so_that_a_difference_is_no_operand_of_it
 
 TEST_F(SetColumnUnit, takes_targets_apart)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* arrayTarget;
         const char* url;
         int column;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a number", "a/T[4]", "a/T", 4},
         {"a sum", "a/T[2 + 3]", "a/T", 5},
         {"the first column", "T[0]", "T", 0},
@@ -237,14 +241,15 @@ TEST_F(SetColumnUnit, takes_targets_apart)
 
 TEST_F(SetColumnUnit, warns_of_targets_that_cannot_be_taken_apart)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* arrayTarget;
         int line;
         const char* text;
         const char* url;
         int column;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no brackets", "a/T", 165, "No valid url given", "", -7},
         {"empty brackets", "a/T[]", 165, "No valid url given", "", -7},
         {"no URL", "[1]", 165, "No valid url given", "", -7},
@@ -365,11 +370,12 @@ TEST_F(SetColumnUnit, skips_rows_without_column_information_silently)
 
 TEST_F(SetColumnUnit, skips_rows_without_a_usable_value_silently)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* parameterUrl;
         QStringList calls;
-    } const rows[] = {
+    };
+    const std::vector<Row> rows{
         {"no parameter URL: the source is not read", "", {}},
         {"no value", "missing", {"extractConfigValue(missing, source)"}},
         {"a node without a value", "folder", {"extractConfigValue(folder, source)"}},
@@ -497,11 +503,12 @@ TEST_F(SetColumnUnit, reads_its_table_once_and_through_the_array_wrapper)
 
 TEST_F(SetColumnUnit, reads_rows_of_two_cells_and_of_three)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* text;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"two cells leave the middle empty", R"([["s", "T[0]"]])",
          "CommandSetUnitByConfigurationParameterArray(s,,T[0]);"},
         {"three cells are all kept", R"([["s", "x", "T[0]"]])",

@@ -2,6 +2,8 @@
 
 #include "CommandFixture.h"
 
+#include <vector>
+
 using testhost::Message;
 using testhost::table;
 using testhost::tree;
@@ -80,12 +82,13 @@ TEST_F(SetUnitByWrittenParameter, writes_one_leaf_twice_when_two_rows_lead_to_it
 
 TEST_F(SetUnitByWrittenParameter, skips_rows_that_do_not_apply_silently_and_goes_on)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* row;
         const char* written;
         QStringList calls;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a pattern without group, though it matches", R"(["w", "a"])", "w", {}},
         {"a pattern with a group that captures nothing for itself", R"-(["(?:w)", "a"])-", "w", {}},
         {"no match", R"-(["(x)", "a"])-", "w", {}},
@@ -282,13 +285,14 @@ TEST_F(SetUnitByWrittenParameter, hands_out_leaf_and_value_of_one_row)
 
 TEST_F(SetUnitByWrittenParameter, hands_out_no_leaf_when_something_is_missing)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* url;
         const char* pattern;
         const char* urlTemplate;
         bool valueRead;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"no match", "w", "(x)", "a", false},
         {"no group", "w", "w", "a", false},
         {"no leaf", "w", "(w)", "missing", false},
@@ -317,11 +321,12 @@ TEST_F(SetUnitByWrittenParameter, reads_its_table_once_and_through_the_array_wra
 
 TEST_F(SetUnitByWrittenParameter, reads_rows_of_exactly_two_cells)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* text;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"two cells make a row", R"([["p", "t"]])",
          "CommandSetUnitByConfigurationParameterRegExp(p,t);"},
         {"three cells make none", R"([["p", "t", "x"], ["q", "u"]])",

@@ -2,6 +2,8 @@
 
 #include "CommandFixture.h"
 
+#include <vector>
+
 using testhost::Message;
 using testhost::table;
 using testhost::tree;
@@ -87,12 +89,13 @@ TEST_F(SetUnitPropertiesRegExp, passes_over_a_pattern_without_group_even_when_it
 
 TEST_F(SetUnitPropertiesRegExp, searches_the_pattern_in_the_written_url)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* pattern;
         const char* written;
         const char* lookedUp; // null: nothing was
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"a match in the middle", "(?<n>b)", "a/b/c", "b"},
         {"the first of several matches", "(?<n>[a-z])", "x/y", "x"},
         {"an anchored pattern elsewhere", "^(?<n>b)$", "a/b", nullptr},
@@ -122,12 +125,13 @@ TEST_F(SetUnitPropertiesRegExp, searches_the_pattern_in_the_written_url)
 
 TEST_F(SetUnitPropertiesRegExp, fills_its_template_with_the_named_groups)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* pattern;
         const char* urlTemplate;
         const char* lookedUp;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"two groups in any order", "^(?<a>.+)/(?<b>.+)$", "(?<b>)-(?<a>)", "Value-Heater1"},
         {"one group twice", "^(?<a>[^/]+)", "(?<a>)/(?<a>)", "Heater1/Heater1"},
         {"an unnamed group lends no name", "(Heater)(?<n>.)", "x(?<n>)", "x1"},
@@ -192,8 +196,7 @@ TEST_F(SetUnitPropertiesRegExp, warns_of_a_missing_leaf_and_goes_on)
         table(R"-([["(?<n>.+)", "x/(?<n>)", "K"], ["(a)", "a", "bar"]])-"));
 
     EXPECT_TRUE(write(command, "a\"°"));
-    EXPECT_EQ(messages.take(),
-              QList<Message>{warning("Unable to connect to leaf \"x/a\\\"°\"")});
+    EXPECT_EQ(messages.take(), QList<Message>{warning("Unable to connect to leaf \"x/a\\\"°\"")});
     EXPECT_EQ(target->at("a").unit(), QVariant("bar"));
 }
 
@@ -365,11 +368,12 @@ TEST_F(SetUnitPropertiesRegExp, does_nothing_without_rows)
 
 TEST_F(SetUnitPropertiesRegExp, reads_rows_of_three_cells_and_of_four)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* text;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"three cells leave the fourth empty", R"([["p", "t", "u"]])", "SetUnitRegExp(p,t,u,);"},
         {"four cells are all kept", R"([["p", "t", "u", "x"]])", "SetUnitRegExp(p,t,u,x);"},
         {"of five cells the first three are kept", R"([["p", "t", "u", "x", "y"]])",

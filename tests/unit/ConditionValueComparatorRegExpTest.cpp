@@ -2,6 +2,8 @@
 
 #include "EngineTest.h"
 
+#include <vector>
+
 using testhost::table;
 using testhost::tree;
 
@@ -26,12 +28,13 @@ protected:
 
 TEST_F(ValueComparatorRegExp, compares_the_value_that_was_written_where_its_pattern_matches)
 {
-    struct {
+    struct Row {
         const char* title;
         const char* rows;
         const char* written;
         bool holds;
-    } const table[] = {
+    };
+    const std::vector<Row> table{
         {"the value is equal", R"([["^a/.*$", "==", 1]])", "a/b", true},
         {"the value is another one", R"([["^a/.*$", "==", 1]])", "a/c", false},
         {"unequal finds the other one", R"([["^a/.*$", "!=", 1]])", "a/c", true},
