@@ -5,8 +5,8 @@
 #include <dlfcn.h>
 #include <iostream>
 
-/// A shared object that stays loaded until the process ends. It is never unloaded on purpose: a text
-/// or an object that came from it may still be held somewhere, and refers to it.
+/// A shared object that stays loaded until the process ends. It is never unloaded on purpose: a
+/// text or an object that came from it may still be held somewhere, and refers to it.
 class Library {
 public:
     /// Loads `file` from where the executable's run path or the system says. Ends the program with
