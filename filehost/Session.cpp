@@ -35,7 +35,7 @@ struct StoredFile {
 /// The manifest as it was read, and what is to become of it.
 struct Manifest {
     TextPointer inFile; ///< null when there is none
-    bool isReadable;
+    bool isReadable = false;
     QList<Problem> whyNot; ///< what stands against updating it
     QList<ManifestUpdate> updates;
 };

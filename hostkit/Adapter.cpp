@@ -14,7 +14,7 @@ namespace {
 
 QDir configurationFolder(const QString& basePath)
 {
-    return QDir(PropertyManagerConst::getConfigurationFolderPath(basePath));
+    return {PropertyManagerConst::getConfigurationFolderPath(basePath)};
 }
 
 QString manifestPath(const QString& basePath)

@@ -27,10 +27,10 @@ BaseClassSharedPointer arrayTree(Bench& bench)
 /// As the engine makes it: the array information of the leaf, and no rows.
 Array2dDataTypeWrapper wrapperOf(Bench& bench, const BaseClassSharedPointer& root)
 {
-    return Array2dDataTypeWrapper(
-        {}, bench.node(root, arrayPath())
+    return {{},
+            bench.node(root, arrayPath())
                 ->getDataProperty(Definitions::getKeyDataPropertyArrayInformation())
-                .toList());
+                .toList()};
 }
 
 /// Writes units to the columns of the array leaf; the status.

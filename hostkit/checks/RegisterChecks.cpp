@@ -32,7 +32,7 @@ QStringList entriesOf(const QString& name)
 /// A new instance that `originSecond` changed and stored.
 QString storeChanged(Bench& bench, bool isProcess, const QString& originSecond)
 {
-    const QString name = bench.name(originSecond + (isProcess ? "Process" : "Configuration"));
+    QString name = bench.name(originSecond + (isProcess ? "Process" : "Configuration"));
     bench.putInstance(name, isProcess, {unitLeaf({"Leaf"}, "K")});
     const BaseClassSharedPointer root = bench.load(name, isProcess);
     bench.node(root, {"Leaf"})

@@ -435,7 +435,7 @@ QList<Check> commandChecks()
          "A parameter that is a number becomes the unit as it is.",
          "Units that the host keeps as numbers would not follow.", numberAsUnit},
         {"resolution.fills_two_parameters_into_a_template",
-         "\"%1\" and \"%2\" in a target URL stand for the caller's two parameters.",
+         R"("%1" and "%2" in a target URL stand for the caller's two parameters.)",
          "One description could not serve several instances of a target.", filledPlaceholders},
         {"resolution.groups_of_the_written_url_name_the_target",
          "What a named group matched in the written URL stands in the target's URL.",

@@ -15,7 +15,7 @@ namespace {
 
 QDir dependencyFolder(Bench& bench)
 {
-    return QDir(PropertyManagerConst::getDependencyFolderPath(bench.host().basePath()));
+    return {PropertyManagerConst::getDependencyFolderPath(bench.host().basePath())};
 }
 
 void writeUnit(Bench& bench, const BaseClassSharedPointer& root, const QString& unit)

@@ -51,8 +51,8 @@ QString Bench::name(const QString& role) const
 QDir Bench::folder(bool isProcess)
 {
     const QString base = adapter.basePath();
-    return QDir(isProcess ? PropertyManagerConst::getProcessFolderPath(base)
-                          : PropertyManagerConst::getConfigurationFolderPath(base));
+    return {isProcess ? PropertyManagerConst::getProcessFolderPath(base)
+                      : PropertyManagerConst::getConfigurationFolderPath(base)};
 }
 
 void Bench::fail(const QString& found)
@@ -83,7 +83,7 @@ void Bench::refused(const QString& what, int status)
 
 BaseClassSharedPointer Bench::tree(const Leaves& leaves)
 {
-    const BaseClassSharedPointer root = adapter.tree(leaves);
+    BaseClassSharedPointer root = adapter.tree(leaves);
     if (root.isNull()) {
         stop(QStringLiteral("the parser returns null for the adapter's text %1")
                  .arg(adapter.text(leaves)));
@@ -94,7 +94,7 @@ BaseClassSharedPointer Bench::tree(const Leaves& leaves)
 BaseClassSharedPointer Bench::node(const BaseClassSharedPointer& root, const QStringList& path)
 {
     const QString url = adapter.url(path);
-    const BaseClassSharedPointer found = root->getChildData(url);
+    BaseClassSharedPointer found = root->getChildData(url);
     if (found.isNull()) {
         stop(call("getChildData", url) + QStringLiteral(" is null"));
     }
@@ -125,7 +125,7 @@ void Bench::putInstance(const QString& name, bool isProcess, const Leaves& leave
 
 BaseClassSharedPointer Bench::load(const QString& name, bool isProcess)
 {
-    const BaseClassSharedPointer root =
+    BaseClassSharedPointer root =
         Access::getParsedConfigurationProcessDescription(folder(isProcess), name, isProcess);
     if (root.isNull()) {
         stop(QStringLiteral("the store returns null for %1").arg(placeOf(name, isProcess)));

@@ -33,7 +33,7 @@ QJsonObject leafJson(const hostkit::Leaf& leaf)
 /// `node` with a leaf at the path.
 QJsonObject withLeaf(QJsonObject node, const QStringList& path, const QJsonObject& leaf)
 {
-    const QString name = path.first();
+    const QString& name = path.first();
     node.insert(name,
                 path.size() == 1 ? leaf : withLeaf(node.value(name).toObject(), path.mid(1), leaf));
     return node;
