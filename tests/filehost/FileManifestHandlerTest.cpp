@@ -86,8 +86,8 @@ QList<ModifiedInstanceItem> modifications()
 /// The "lastModified" of the manifest's text that stands behind the first "instanceName": "<name>".
 QByteArray timeOf(const QByteArray& text, const QByteArray& name)
 {
-    const QByteArray timeKey = "\"lastModified\": \"";
-    const int entry = text.indexOf("\"instanceName\": \"" + name + '"');
+    const QByteArray timeKey = R"("lastModified": ")";
+    const int entry = text.indexOf(R"("instanceName": ")" + name + '"');
     const int time = entry < 0 ? -1 : text.indexOf(timeKey, entry);
     return time < 0 ? QByteArray() : text.mid(time + timeKey.size(), 24);
 }

@@ -162,7 +162,7 @@ ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescr
 {
     Host& host = Host::current();
     BaseClassSharedPointer root = host.instances.value(folder.path() + '/' + instanceName);
-    if (host.keepingWhatIsStored && root) {
+    if (host.keepingWhatIsStored && !root.isNull()) {
         root = static_cast<const testhost::Node&>(*root).copy();
     }
     host.record(QStringLiteral("getParsedConfigurationProcessDescription(%1, %2, %3)")
@@ -176,7 +176,7 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
 {
     Host& host = Host::current();
-    if (host.keepingWhatIsStored && tree) {
+    if (host.keepingWhatIsStored && !tree.isNull()) {
         host.instances.insert(folder.path() + '/' + instanceName, tree);
         host.modifiedInstances.append(
             {originFirst, originSecond, instanceName, QStringLiteral("just now")});

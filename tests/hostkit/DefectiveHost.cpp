@@ -116,7 +116,7 @@ public:
     /// The node at a URL without a leading separator. `lastOnTheWay` finds that instead of null.
     BaseClassSharedPointer find(const QString& url, bool lastOnTheWay = false) const
     {
-        const BaseClassSharedPointer child = children.value(url.section(separator, 0, 0));
+        BaseClassSharedPointer child = children.value(url.section(separator, 0, 0));
         const QString rest = url.section(separator, 1);
         if (child.isNull() || rest.isEmpty()) {
             return child;
