@@ -233,7 +233,8 @@ void dropUnits(Node& node)
 
 } // namespace defective
 
-using namespace defective;
+// The host's classes are global, and every one of them needs most of the defects.
+using namespace defective; // NOLINT(google-build-using-namespace)
 
 const QHash<QString, BaseClassSharedPointer>& ConfigurationAndProcessDataBase::getChildMap() const
 {
@@ -472,23 +473,25 @@ BaseClassSharedPointer
 ConfigurationDataAndProcessDescriptionAccess::getParsedConfigurationProcessDescription(
     const QDir& folder, const QString& instanceName, bool isProcess)
 {
-    const BaseClassSharedPointer tree = state.trees.value(key(folder, instanceName, isProcess));
+    BaseClassSharedPointer tree = state.trees.value(key(folder, instanceName, isProcess));
     if (tree.isNull()) {
         return has(Defect::UnknownInstanceIsAnEmptyTree) ? Node::make({}) : tree;
     }
     if (has(Defect::TreesAreHandedOutLive)) {
         return tree;
     }
-    const BaseClassSharedPointer copy = asNode(tree).copy();
+    BaseClassSharedPointer copy = asNode(tree).copy();
     if (has(Defect::InstancesLoseTheirUnits)) {
         dropUnits(asNode(copy));
     }
     return copy;
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the header is the engine's
 bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcessDescription(
     const QDir& folder, const QString& originFirst, const QString& originSecond,
     const QString& instanceName, BaseClassSharedPointer tree, bool isProcess)
+// NOLINTEND(performance-unnecessary-value-param)
 {
     if (tree.isNull()) {
         if (has(Defect::NullTreeThrows)) {
