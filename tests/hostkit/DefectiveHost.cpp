@@ -19,6 +19,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 namespace defective {
