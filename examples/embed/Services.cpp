@@ -1,5 +1,6 @@
-// The static functions and small classes through which the engine reaches the application: the
-// order is the one in which a host is best written.
+// The static functions and small classes through which the engine reaches the application, in the
+// order in which a host is best written. The steps are those of docs/integrate-a-host.md; what is
+// missing here stands in Tree.cpp and Store.cpp.
 
 #include "Store.h"
 #include "host/Array2dDataTypeWrapper.h"
@@ -19,7 +20,7 @@
 
 using Definitions = ConfigurationAndProcessDataDefinitions;
 
-// 1. Names. The engine spells no key, folder or file name itself.
+// Step 1: names. The engine spells no key, folder or file name itself.
 
 QString ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue()
 {
@@ -71,7 +72,7 @@ QString PropertyManagerConst::getConfigurationManifestFilename()
     return "manifest.json";
 }
 
-// 2. Values and descriptions.
+// Steps 2 and 3: texts and values.
 
 QVariant ConfigurationAndProcessDataTools::extractConfigValue(const QString& url,
                                                               const BaseClassSharedPointer& root)
@@ -95,8 +96,8 @@ ConfigurationAndProcessDataParser::parseFromJson(const QString& json,
                                : BaseClassSharedPointer();
 }
 
-// 3. Tables and arrays. The rows of a table stand in the value just as the engine wants them. The
-// array information of a leaf is a list with the unit of each column.
+// Steps 4 and 5: tables and arrays. The rows of a table stand in the value just as the engine wants
+// them. The array information of a leaf is a list with the unit of each column.
 
 class ArrayDataTypeWrapper::Private {
 public:
@@ -147,8 +148,8 @@ bool Array2dDataTypeWrapper::setColumnUnitTypes(const QStringList& unitTypes)
     return true;
 }
 
-// 4. The store. The engine gets copies: what it writes must not be seen before it is stored, since
-// a resolution that fails is not.
+// Step 6: the store. The engine gets copies: what it writes must not be seen before it is stored,
+// since a resolution that fails is not.
 
 QString ConfigurationDataAndProcessDescriptionAccess::getDependency(const QDir& dependencyFolder,
                                                                     const QString& dependencyName)
@@ -181,8 +182,8 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     return true;
 }
 
-// 5. Iteration over the manifest, for `SourceDependencyManager`. This application's manifest is
-// flat, so only the objects of the array itself are visited.
+// Step 8: iteration over the manifest, for `SourceDependencyManager`. This application's manifest
+// is flat, so only the objects of the array itself are visited.
 
 class JsonDataIterator::Private {
 public:
