@@ -66,8 +66,13 @@ class Mutants(unittest.TestCase):
 
     def test_are_named_by_the_line_and_not_by_its_number(self):
         source = "bool f()\n{\n    return  a ==  b;\n}\n"
-        key = {m.key({"f.cpp": source}) for m in mutate.mutants_of("f.cpp", source)}
-        self.assertIn("f.cpp: return a == b;: `==` -> `!=`", key)
+        keys = {mutant.key() for mutant in mutate.mutants_of("f.cpp", source)}
+        self.assertIn("f.cpp: return a == b;: `==` -> `!=`", keys)
+
+    def test_have_names_of_their_own(self):
+        for name, source in mutate.mutated_sources().items():
+            keys = [mutant.key() for mutant in mutate.mutants_of(name, source)]
+            self.assertEqual(len(keys), len(set(keys)), name)
 
 
 class Sources(unittest.TestCase):
@@ -84,10 +89,9 @@ class Sources(unittest.TestCase):
 
 class Equivalents(unittest.TestCase):
     def test_name_mutants_that_there_are(self):
-        sources = mutate.mutated_sources()
         keys = {
-            mutant.key(sources)
-            for name, source in sources.items()
+            mutant.key()
+            for name, source in mutate.mutated_sources().items()
             for mutant in mutate.mutants_of(name, source)
         }
         for key, reason in mutate.known_equivalents().items():

@@ -33,16 +33,16 @@ QVariantList ArrayDataTypeWrapper::getArrayValueContent() const
 int ArrayDataTypeWrapper::setArrayInfoWithStatus(const BaseClassSharedPointer& root,
                                                  const QString& url)
 {
-    const auto& node = dynamic_cast<const testhost::Node&>(*root);
-    const BaseClassSharedPointer leaf = node.find(url);
+    const auto* node = dynamic_cast<const testhost::Node*>(root.data());
+    const bool isThere = node != nullptr && !node->find(url).isNull();
     const int status =
-        leaf.isNull()
-            ? 2
-            : node.at(url).write(
-                  ConfigurationAndProcessDataDefinitions::getKeyDataPropertyArrayInformation(),
-                  d->arrayInformation);
+        isThere ? node->at(url).write(
+                      ConfigurationAndProcessDataDefinitions::getKeyDataPropertyArrayInformation(),
+                      d->arrayInformation)
+                : 2;
     Host::current().record(QStringLiteral("setArrayInfoWithStatus(%1, %2, %3) -> %4")
-                               .arg(node.place(), url, testhost::describe(d->arrayInformation),
+                               .arg(testhost::where(node), url,
+                                    testhost::describe(d->arrayInformation),
                                     QString::number(status)));
     return status;
 }

@@ -274,6 +274,20 @@ TEST_F(Resolver, does_the_same_for_a_caller_who_does_not_ask_for_changes)
               }));
 }
 
+TEST_F(Resolver, starts_with_nothing_changed_for_a_caller_who_does_not_ask_for_changes)
+{
+    const auto manipulator = QSharedPointer<ScriptedManipulator>::create();
+    target->at("leaf").answerWritesWith({1, 1, 1});
+    host.takeCalls();
+
+    resolver.resolveDependency("Src", "Tgt", "follow", false, {"Unit"}, {}, manipulator);
+    resolver.resolveDependency(QDir("/base/configurations"), "Src", QDir("/base/configurations"),
+                               "Tgt", "follow", false, {"Unit"}, {}, manipulator);
+    resolver.resolveDependency(source, target, "follow", {"Unit"}, {}, manipulator);
+    const QString asked = "manipulateUnit(target/leaf, K, 1, 0)";
+    EXPECT_EQ(host.takeCalls({"manipulateUnit"}), (QStringList{asked, asked, asked}));
+}
+
 TEST_F(Resolver, stores_the_target_after_success_also_when_nothing_changed)
 {
     target->at("leaf").setProperty("@unit", "K");

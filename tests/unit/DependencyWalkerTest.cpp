@@ -628,6 +628,17 @@ TEST_F(Walker, traverses_alike_for_a_caller_who_does_not_ask_for_changes)
                                              "setDataProperty(target/a, @unit, 'K') -> 0"}));
 }
 
+TEST_F(Walker, starts_with_nothing_changed_for_a_caller_who_does_not_ask_for_changes)
+{
+    target = tree("target", R"({"a": {"@unit": "K"}})");
+    build(
+        R"({"A": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["a", "K"]]}}})");
+
+    EXPECT_TRUE(walker.traverseDependencyGraph("s", source, target, results, {},
+                                               QSharedPointer<ScriptedManipulator>::create()));
+    EXPECT_EQ(host.takeCalls({"manipulateUnit"}), QStringList{"manipulateUnit(target/a, K, 1, 0)"});
+}
+
 TEST_F(Walker, carries_the_changed_flag_across_nodes_and_urls)
 {
     target = tree("target", R"({"a": {"@unit": "K"}, "b": {"@unit": "m"}})");

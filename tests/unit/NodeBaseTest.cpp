@@ -293,6 +293,15 @@ TEST_F(GraphNode, prints_the_conditions_of_all_edges_to_one_name)
     EXPECT_EQ(node.printConditionString("A"), "ab");
 }
 
+TEST_F(GraphNode, prints_the_conditions_of_an_edge_behind_others_and_an_empty_one)
+{
+    const NodeSwitch node("Top", tree("d", R"({"Next": {
+        "A": {"Type": "SwitchNode", "ConditionWriteOnUrls": [["a"]]}, "B": {},
+        "C": {"Type": "SwitchNode", "ConditionWriteOnUrls": [["c"]]}}})"));
+
+    EXPECT_EQ(node.printConditionString("C"), "c");
+}
+
 TEST_F(GraphNode, prints_one_line_for_each_path_to_a_leaf)
 {
     const NodeSwitch node("A", tree("d", R"({"Next": {
