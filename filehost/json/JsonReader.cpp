@@ -198,6 +198,8 @@ private:
     std::vector<JsonText::Node>& nodes;
     std::vector<Index> containers; // not closed yet, outermost first
     std::vector<KeyAt> keys;       // of the object that closes; kept for its memory
+    std::deque<std::string>
+        decodedKeys; // what `keys` views of escaped ones; its strings don't move
     std::vector<ReadError> errors;
     quint32 lastEnd;       // of the last token
     Span pendingKey{0, 0}; // of the member whose value comes next
@@ -293,13 +295,13 @@ bool NodeBuilder::EndObject(rapidjson::SizeType memberCount)
 
 bool NodeBuilder::checkKeys(Index object)
 {
-    std::deque<std::string> decoded; // a deque, because its strings never move
     keys.clear();
+    decodedKeys.clear();
     for (const Index member : JsonText::Children(nodes, object)) {
         const std::string_view token = slice(nodes[member].key);
         std::string_view name = token.substr(1, token.size() - 2);
         if (name.find('\\') != std::string_view::npos) {
-            name = decoded.emplace_back(decodeString(token).toStdString());
+            name = decodedKeys.emplace_back(decodeString(token).toStdString());
         }
         keys.push_back({name, member});
     }

@@ -73,45 +73,50 @@ std::optional<Instance> instanceIn(const Session& session, const QDir& folder, c
     return std::nullopt;
 }
 
-/// Replaces what a file holds by a tree, as one unit of work.
-bool storeAlone(filehost::tree::FileTree& tree, const QString& root, const File& file,
-                QList<Problem>& problems, bool& changed)
+enum class Outcome { Failed, Unchanged, Changed };
+
+/// Stores a tree into the file it was read from.
+Outcome storeBack(filehost::tree::FileTree& tree, const QString& root, const File& file,
+                  QList<Problem>& problems)
 {
-    const bool isFromFile = tree.path() == file.path;
     const QByteArray bytes = tree.render();
-    if (isFromFile && tree.inFile()->bytes() == bytes) {
-        return true;
+    if (bytes == tree.inFile()->bytes()) {
+        return Outcome::Unchanged;
     }
     filehost::WorkspaceLock lock(root);
     if (!lock.take({}, problems)) {
-        return false;
+        return Outcome::Failed;
     }
-    std::shared_ptr<const filehost::json::JsonText> expected = tree.inFile();
-    if (!isFromFile) {
-        const bool isNew = !filehost::exists(file);
-        expected = isNew ? nullptr : filehost::readTree(file, problems);
-        if (!isNew && !expected) {
-            return false; // what cannot be read is not to be overwritten
+    const auto text = filehost::parseTree(bytes, file.shown, problems);
+    if (!text || !filehost::replaceBytes(file, tree.inFile().get(), bytes, problems)) {
+        return Outcome::Failed;
+    }
+    tree.setInFile(text);
+    return Outcome::Changed;
+}
+
+/// Stores a tree of other origin into a file, which need not exist.
+Outcome storeInto(const filehost::tree::FileTree& tree, const QString& root, const File& file,
+                  QList<Problem>& problems)
+{
+    filehost::WorkspaceLock lock(root);
+    if (!lock.take({}, problems)) {
+        return Outcome::Failed;
+    }
+    const bool isNew = !filehost::exists(file);
+    const auto inFile = isNew ? nullptr : filehost::readTree(file, problems);
+    auto text = filehost::parseTree(tree.render(), file.shown, problems);
+    if (!text || (!inFile && !isNew)) {
+        return Outcome::Failed; // what cannot be read is not to be overwritten
+    }
+    if (inFile) {
+        text = filehost::tree::closestTo(inFile, text);
+        if (text->bytes() == inFile->bytes()) {
+            return Outcome::Unchanged;
         }
     }
-    auto text = filehost::parseTree(bytes, file.shown, problems);
-    if (!text) {
-        return false;
-    }
-    if (expected && !isFromFile) {
-        text = filehost::tree::closestTo(expected, text);
-        if (text->bytes() == expected->bytes()) {
-            return true;
-        }
-    }
-    if (!filehost::replaceBytes(file, expected.get(), text->bytes(), problems)) {
-        return false;
-    }
-    changed = true;
-    if (isFromFile) {
-        tree.setInFile(text);
-    }
-    return true;
+    return filehost::replaceBytes(file, inFile.get(), text->bytes(), problems) ? Outcome::Changed
+                                                                               : Outcome::Failed;
 }
 
 } // namespace
@@ -179,13 +184,16 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     }
     const std::optional<File> file =
         fileIn(folder, isProcess ? Named::Process : Named::Configuration, instanceName, problems);
-    bool changed = false;
-    const bool isStored =
-        source != nullptr && file && storeAlone(*source, rootOf(folder), *file, problems, changed);
-    if (changed) {
+    Outcome outcome = Outcome::Failed;
+    if (source != nullptr && file) {
+        outcome = source->path() == file->path
+                      ? storeBack(*source, rootOf(folder), *file, problems)
+                      : storeInto(*source, rootOf(folder), *file, problems);
+    }
+    if (outcome == Outcome::Changed) {
         filehost::ModificationRegister::instance().record(
             filehost::ModificationRegister::itemOfNow(originFirst, originSecond, instanceName));
     }
     filehost::report(problems);
-    return isStored;
+    return outcome != Outcome::Failed;
 }
