@@ -113,13 +113,10 @@ bool replaceBytes(const File& file, const JsonText* expected, const QByteArray& 
             QStringLiteral("look at what changed, then run this again; the file was left alone"));
         return false;
     }
-    // Where the path is a symbolic link, the file it leads to is replaced, not the link.
-    const QFileInfo info(file.path);
-    const QString path = info.exists() ? info.canonicalFilePath() : file.path;
-    if (!QDir().mkpath(QFileInfo(path).path())) {
+    if (!QDir().mkpath(QFileInfo(file.path).path())) {
         return fail(problems, file, QStringLiteral("its folder cannot be made"));
     }
-    QSaveFile target(path);
+    QSaveFile target(file.path);
     if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() ||
         !target.commit()) {
         return fail(problems, file, target.errorString());

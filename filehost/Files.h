@@ -15,7 +15,7 @@ namespace filehost {
 
 /// A file, and how problems name it.
 struct File {
-    QString path; ///< absolute
+    QString path; ///< canonical, so that no symbolic link is replaced by a file
     QString shown;
 };
 

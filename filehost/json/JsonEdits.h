@@ -36,6 +36,7 @@ public:
 
     /// Adds members to an object, in their order, behind one of its members; in front of all
     /// members when `behind` is `JsonText::none`. The object has no such keys yet.
+    /// What is added at the same place later stands behind.
     void insert(Index object, Index behind, const std::vector<Member>& members);
 
     /// Adds objects of such members behind the last element of an array.

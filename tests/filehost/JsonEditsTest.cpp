@@ -93,6 +93,16 @@ TEST(JsonEdits, without_any_edit_give_the_text_back)
     EXPECT_EQ(JsonEdits(*text).apply(), text->bytes());
 }
 
+TEST(JsonEdits, add_at_one_place_in_the_order_of_the_calls)
+{
+    const auto text = readText(R"({"a": 1})");
+    JsonEdits edits(*text);
+    for (const char* key : {"b", "c", "d"}) {
+        edits.insert(JsonText::root, text->member(JsonText::root, "a"), {{key, json("0")}});
+    }
+    EXPECT_EQ(edits.apply(), QByteArray(R"({"a": 1, "b": 0, "c": 0, "d": 0})"));
+}
+
 TEST(JsonEdits, take_effect_together_whatever_their_order)
 {
     const auto text = readText(R"({"a": 1, "b": 2, "c": 3})");
