@@ -68,8 +68,13 @@ bool isContinuation(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// The offending text, short enough for a message: a string up to its end, anything else up to the
-/// next separator.
+bool isOfWord(char byte)
+{
+    return byte == '-' || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+}
+
+/// The offending text, short enough for a message: a string up to its end, a separator alone,
+/// anything else up to the next separator.
 QString excerpt(std::string_view rest)
 {
     constexpr std::size_t longest = 32;
@@ -79,9 +84,11 @@ QString excerpt(std::string_view rest)
     if (rest.front() == '\0') {
         return QStringLiteral("a zero byte");
     }
+    constexpr std::string_view separators = "\r\n\t ,:[]{}\"";
     const bool isString = rest.front() == '"';
-    std::string_view shown = rest.substr(0, isString ? rest.find_first_of("\"\r\n", 1)
-                                                     : rest.find_first_of("\r\n\t ,:[]{}\"", 1));
+    const std::size_t end = rest.find_first_of(isString ? "\"\r\n" : separators, 1);
+    const bool isSeparator = !isString && separators.find(rest.front()) != std::string_view::npos;
+    std::string_view shown = rest.substr(0, isSeparator ? 1 : end);
     QString more;
     if (shown.size() > longest) {
         std::size_t length = longest;
@@ -186,6 +193,7 @@ private:
     bool checkString(Span token, std::string_view decoded);
     bool checkKeys(Index object);
     Span takeToken();
+    std::size_t placeOf(const rapidjson::ParseResult& error) const;
     quint32 nextBegin() const;
     std::string_view slice(Span span) const
     {
@@ -210,9 +218,7 @@ std::vector<ReadError> NodeBuilder::read()
     rapidjson::Reader reader;
     const rapidjson::ParseResult result = reader.Parse<parseFlags>(source, *this);
     if (result.IsError() && result.Code() != rapidjson::kParseErrorTermination) {
-        const bool nothing = result.Code() == rapidjson::kParseErrorDocumentEmpty;
-        const std::size_t offset = nothing ? nextBegin() : start + result.Offset();
-        errors.push_back(toReadError(text, result.Code(), offset));
+        errors.push_back(toReadError(text, result.Code(), placeOf(result)));
     } else if (!result.IsError() && start + source.Tell() < text.size()) {
         // A zero byte ends the reader's input, but not ours.
         errors.push_back(toReadError(text, rapidjson::kParseErrorDocumentRootNotSingular,
@@ -222,6 +228,21 @@ std::vector<ReadError> NodeBuilder::read()
         errors.begin(), errors.end(),
         [](const ReadError& left, const ReadError& right) { return left.offset < right.offset; });
     return std::move(errors);
+}
+
+std::size_t NodeBuilder::placeOf(const rapidjson::ParseResult& error) const
+{
+    if (error.Code() == rapidjson::kParseErrorDocumentEmpty) {
+        return nextBegin();
+    }
+    std::size_t place = start + error.Offset();
+    if (error.Code() == rapidjson::kParseErrorValueInvalid) {
+        // The reader gives up in the middle of a word like "nothing", which begins like null.
+        while (place > lastEnd && isOfWord(text[place - 1])) {
+            --place;
+        }
+    }
+    return place;
 }
 
 quint32 NodeBuilder::nextBegin() const
