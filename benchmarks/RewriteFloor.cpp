@@ -31,7 +31,7 @@ QByteArray readAndParse(const QString& path)
     QByteArray bytes = file.readAll();
     const BaseClassSharedPointer tree = ConfigurationAndProcessDataParser().parseFromJson(
         QString::fromUtf8(bytes), PropertyManagerConst::getConfigFileExtension());
-    // Links are a list, which is read all the same but is no tree.
+    // The links and the manifest are lists, which are read all the same but are no trees.
     if (tree.isNull() && !bytes.startsWith('[')) {
         fail("parse", path);
     }

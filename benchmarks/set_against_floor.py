@@ -60,6 +60,7 @@ def files_of(workspace, set_unit):
     links = json.loads((workspace / "links.json").read_text(encoding="utf-8"))
     needed = {
         workspace / "links.json",
+        workspace / "configuration" / "manifest.json",
         workspace / "configuration" / f"{SOURCE}.json",
         *(workspace / "dependency" / f"{link['dependency']}.json" for link in links),
         *(
