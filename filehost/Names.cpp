@@ -1,5 +1,6 @@
 #include "filehost/Names.h"
 
+#include "filehost/NearestNames.h"
 #include "host/PropertyManagerConst.h"
 
 #include <QDir>
@@ -8,8 +9,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <numeric>
-#include <vector>
 
 namespace filehost {
 
@@ -28,24 +27,6 @@ bool isManifest(Named what, const QString& name)
     return what == Named::Configuration &&
            QString(name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension()) ==
                PropertyManagerConst::getConfigurationManifestFilename();
-}
-
-/// Insertions, removals and replacements of single characters that make one name of the other.
-int editDistance(const QString& left, const QString& right)
-{
-    std::vector<int> row(static_cast<std::size_t>(right.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < left.size(); ++i) {
-        int diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 1; j < row.size(); ++j) {
-            const bool same = left[i] == right[static_cast<int>(j) - 1];
-            const int replaced = diagonal + (same ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-        }
-    }
-    return row.back();
 }
 
 } // namespace
@@ -74,7 +55,7 @@ QString wordsFor(Named what)
     case Named::Configuration:
         return QStringLiteral("configuration instance");
     case Named::Process:
-        return QStringLiteral("process instance");
+        return QStringLiteral("process description");
     case Named::Description:
         break;
     }
@@ -192,20 +173,6 @@ void explainMissing(QList<Problem>& problems, Named what, const QString& name,
         problem.advice = nearest.isEmpty() ? QStringLiteral("write it to %1").arg(problem.file)
                                            : QStringLiteral("did you mean \"%1\"?").arg(nearest);
     }
-}
-
-QString nearestName(const QString& wrong, const QStringList& known)
-{
-    QString nearest;
-    int smallest = wrong.size() / 2 + 1;
-    for (const QString& name : known) {
-        const int distance = editDistance(wrong.toCaseFolded(), name.toCaseFolded());
-        if (distance < smallest) {
-            smallest = distance;
-            nearest = name;
-        }
-    }
-    return nearest;
 }
 
 } // namespace filehost

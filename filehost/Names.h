@@ -52,9 +52,6 @@ QStringList namesIn(const QString& folder, Named what);
 void explainMissing(QList<Problem>& problems, Named what, const QString& name,
                     const QString& folder);
 
-/// The known name most like a wrong one; empty when none is alike.
-QString nearestName(const QString& wrong, const QStringList& known);
-
 } // namespace filehost
 
 #endif

@@ -1,13 +1,11 @@
-#include "tools/NearestNames.h"
-
-#include "tools/Text.h"
+#include "filehost/NearestNames.h"
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
 
-namespace tools {
+namespace filehost {
 
 namespace {
 
@@ -93,17 +91,11 @@ QStringList nearestNames(const QString& name, const QStringList& candidates)
     return names;
 }
 
-QString nearestNamesText(const QString& name, const QStringList& candidates)
+QString nearestName(const QString& name, const QStringList& candidates)
 {
-    QStringList names = nearestNames(name, candidates);
-    if (names.isEmpty()) {
-        return {};
-    }
-
-    std::transform(names.begin(), names.end(), names.begin(), quoted);
-    return (names.size() == 1 ? QStringLiteral("the nearest is %1")
-                              : QStringLiteral("the nearest are %1"))
-        .arg(enumerated(names));
+    const QString nearest = nearestNames(name, candidates).value(0);
+    const bool isAlike = unlikeness(name, nearest) <= name.size() * wrongLetter / 2;
+    return isAlike ? nearest : QString();
 }
 
-} // namespace tools
+} // namespace filehost

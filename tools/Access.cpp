@@ -2,7 +2,6 @@
 
 #include "tools/Console.h"
 #include "tools/Leaves.h"
-#include "tools/NearestNames.h"
 #include "tools/Text.h"
 
 #include <QDir>

@@ -4,7 +4,6 @@
 #include "tools/Console.h"
 #include "tools/InitCommand.h"
 #include "tools/Messages.h"
-#include "tools/NearestNames.h"
 #include "tools/ResolveCommand.h"
 #include "tools/SetCommand.h"
 #include "tools/ShowCommand.h"

@@ -7,7 +7,6 @@
 #include "tools/Json.h"
 #include "tools/Leaves.h"
 #include "tools/Manifest.h"
-#include "tools/NearestNames.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
 

@@ -1,5 +1,7 @@
 #include "tools/Text.h"
 
+#include "filehost/NearestNames.h"
+
 #include <QChar>
 #include <QVector>
 
@@ -93,6 +95,19 @@ QString enumerated(const QStringList& items)
     }
     return items.mid(0, items.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") +
            items.last();
+}
+
+QString nearestNamesText(const QString& name, const QStringList& candidates)
+{
+    QStringList names = filehost::nearestNames(name, candidates);
+    if (names.isEmpty()) {
+        return {};
+    }
+
+    std::transform(names.begin(), names.end(), names.begin(), quoted);
+    return (names.size() == 1 ? QStringLiteral("the nearest is %1")
+                              : QStringLiteral("the nearest are %1"))
+        .arg(enumerated(names));
 }
 
 } // namespace tools

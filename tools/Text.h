@@ -33,6 +33,9 @@ QString counted(int count, const QString& one, const QString& many);
 /// "a", "a and b", "a, b and c".
 QString enumerated(const QStringList& items);
 
+/// Words that name what `name` may mean among `candidates`; empty when there are none.
+QString nearestNamesText(const QString& name, const QStringList& candidates);
+
 } // namespace tools
 
 #endif

@@ -1,6 +1,4 @@
-#include "tools/NearestNames.h"
-
-#include "Fixture.h"
+#include "filehost/NearestNames.h"
 
 #include <gtest/gtest.h>
 
@@ -24,17 +22,17 @@ void PrintTo(const Misspelling& row, std::ostream* stream)
     *stream << row.title;
 }
 
-class NearestName : public testing::TestWithParam<Misspelling> {};
+class MeantName : public testing::TestWithParam<Misspelling> {};
 
-TEST_P(NearestName, comes_first)
+TEST_P(MeantName, comes_first)
 {
-    const QStringList names = tools::nearestNames(GetParam().given, leaves);
+    const QStringList names = filehost::nearestNames(GetParam().given, leaves);
     ASSERT_FALSE(names.isEmpty());
     EXPECT_EQ(names.first(), GetParam().meant);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    ForA, NearestName,
+    ForA, MeantName,
     testing::Values(Misspelling{"wrong_letter", QStringLiteral("Settings/Node"),
                                 QStringLiteral("Settings/Mode")},
                     Misspelling{"pair_of_swapped_letters", QStringLiteral("Settings/Moed"),
@@ -56,30 +54,28 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(NearestNames, are_three_at_most)
 {
     const QStringList names =
-        tools::nearestNames(QStringLiteral("a"), {QStringLiteral("b"), QStringLiteral("c"),
-                                                  QStringLiteral("d"), QStringLiteral("e")});
+        filehost::nearestNames(QStringLiteral("a"), {QStringLiteral("b"), QStringLiteral("c"),
+                                                     QStringLiteral("d"), QStringLiteral("e")});
     EXPECT_EQ(names, (QStringList{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
 }
 
 TEST(NearestNames, leave_out_what_is_far_behind_the_first)
 {
-    const QStringList names = tools::nearestNames(
+    const QStringList names = filehost::nearestNames(
         QStringLiteral("Mode"), {QStringLiteral("Mode1"), QStringLiteral("Something/Else")});
     EXPECT_EQ(names, QStringList{QStringLiteral("Mode1")});
 }
 
-TEST(NearestNamesText, is_empty_without_candidates)
+TEST(NearestName, is_found_among_names_that_are_not_alike)
 {
-    EXPECT_EQ(tools::nearestNamesText(QStringLiteral("a"), {}), QString());
+    EXPECT_EQ(filehost::nearestName(QStringLiteral("Settings/Moed"), leaves),
+              QStringLiteral("Settings/Mode"));
 }
 
-TEST(NearestNamesText, quotes_each_name)
+TEST(NearestName, is_empty_when_none_is_alike)
 {
-    EXPECT_EQ(
-        tools::nearestNamesText(QStringLiteral("a"), {QStringLiteral("b"), QStringLiteral("c")}),
-        QStringLiteral("the nearest are \"b\" and \"c\""));
-    EXPECT_EQ(tools::nearestNamesText(QStringLiteral("a"), {QStringLiteral("b")}),
-              QStringLiteral("the nearest is \"b\""));
+    EXPECT_EQ(filehost::nearestName(QStringLiteral("Oven"), leaves), QString());
+    EXPECT_EQ(filehost::nearestName(QStringLiteral("Oven"), {}), QString());
 }
 
 } // namespace

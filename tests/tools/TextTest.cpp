@@ -74,4 +74,18 @@ TEST(Enumerated, puts_an_and_before_the_last)
     EXPECT_EQ(tools::enumerated({a, a, a}), QStringLiteral("a, a and a"));
 }
 
+TEST(NearestNamesText, is_empty_without_candidates)
+{
+    EXPECT_EQ(tools::nearestNamesText(QStringLiteral("a"), {}), QString());
+}
+
+TEST(NearestNamesText, quotes_each_name)
+{
+    EXPECT_EQ(
+        tools::nearestNamesText(QStringLiteral("a"), {QStringLiteral("b"), QStringLiteral("c")}),
+        QStringLiteral("the nearest are \"b\" and \"c\""));
+    EXPECT_EQ(tools::nearestNamesText(QStringLiteral("a"), {QStringLiteral("b")}),
+              QStringLiteral("the nearest is \"b\""));
+}
+
 } // namespace
