@@ -23,8 +23,9 @@ public:
     virtual ~ConfigurationAndProcessDataBase() = default;
 
     /// All direct children by name. The engine copies the hash and visits it in ascending key
-    /// order. A null child counts as absent, but below "Next" it is an edge that leads to no node.
-    /// Not virtual: the host defines it once for all its node classes.
+    /// order. A null child counts as absent, but below "Next" it is an edge that leads to no node,
+    /// and below "Commands" a command without rows. Not virtual: the host defines it once for all
+    /// its node classes.
     const QHash<QString, BaseClassSharedPointer>& getChildMap() const;
 
     /// The node that `url` names below this one, null when it names nothing. A direct child's name

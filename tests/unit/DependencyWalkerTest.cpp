@@ -277,6 +277,29 @@ TEST_F(Walker, does_not_take_a_type_that_is_no_text_for_the_empty_type)
     EXPECT_EQ(executedFor("any"), QStringList{"o"});
 }
 
+TEST_F(Walker, takes_keywords_in_another_case_for_ordinary_names)
+{
+    build(R"({
+        "A": {"type": "CommandNode", "Commands": {"Probe": "a"}},
+        "B": {"Type": "CommandNode", "commands": {"Probe": "b"}},
+        "C": {"Type": "SwitchNode", "next": {
+            "N": {"Type": "CommandNode", "Commands": {"Probe": "c"}}}},
+        "D": {"Type": "CommandNode", "Commands": {"Probe": "d"}, "Next": {
+            "N": {"Type": "SwitchNode", "ConditionWriteOnUrls": [["re:s"]]}}}})");
+
+    EXPECT_EQ(executedFor("s"), QStringList());
+    EXPECT_EQ(executedFor("re:s"), QStringList{"d"});
+}
+
+TEST_F(Walker, knows_one_top_level_node_of_each_name)
+{
+    EXPECT_TRUE(walker.initDependencyGraphByJsonString(R"({
+        "A": {"Type": "CommandNode", "Commands": {"Probe": "first"}},
+        "A": {"Type": "CommandNode", "Commands": {"Probe": "second"}}})"));
+
+    EXPECT_EQ(executedFor("any"), QStringList{"second"}) << "the tree holds one child of that name";
+}
+
 TEST_F(Walker, skips_null_top_level_children)
 {
     const testhost::NodePointer description = tree("d", graph({unconditional("B")}));

@@ -1,6 +1,7 @@
 #include "Nodes/NodeBase.h"
 
 #include "Conditions/ConditionBase.h"
+#include "Conditions/ConditionWriteOnUrls.h"
 #include "Nodes/NodeCommand.h"
 #include "Nodes/NodeSwitch.h"
 #include "Probe.h"
@@ -182,6 +183,28 @@ TEST_F(GraphNode, guards_an_edge_by_the_conditions_inside_the_successor)
     }
     EXPECT_EQ(conditions, (QStringList{"a==1", "b", "c"}));
     EXPECT_EQ(node.getConditionUrls(), (QStringList{"a", "b", "RE:c"}));
+}
+
+TEST_F(GraphNode, looks_for_no_condition_but_those_of_the_list_of_types)
+{
+    const Registered<DependencyWalkerFactory::ConditionFactory, ConditionWriteOnUrls> registered(
+        "HostCondition");
+    const NodeSwitch node("Top", tree("d", R"({"Next": {"A": {
+        "Type": "SwitchNode", "HostCondition": [["x"]]}}})"));
+
+    EXPECT_TRUE(node.getSucessorList().constFirst().conditions.isEmpty());
+    EXPECT_FALSE(DependencyWalkerFactory::getConditionTypeNames().contains("HostCondition"));
+}
+
+TEST_F(GraphNode, makes_no_condition_of_a_child_that_the_host_announced_and_does_not_have)
+{
+    const testhost::NodePointer description = tree("d", R"({"Next": {"A": {
+        "Type": "SwitchNode", "ConditionWriteOnUrls": [["x"]]}}})");
+    host.insideNext("hasChildData(d/Next/A, ConditionWriteOnUrls)",
+                    [&] { description->at("Next/A").removeChild("ConditionWriteOnUrls"); });
+    const NodeSwitch node("Top", description);
+
+    EXPECT_TRUE(node.getSucessorList().constFirst().conditions.isEmpty());
 }
 
 TEST_F(GraphNode, does_not_read_conditions_of_its_own_description)

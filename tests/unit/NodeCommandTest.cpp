@@ -94,6 +94,21 @@ TEST_F(CommandNode, leaves_unknown_commands_out_and_warns_in_order)
     EXPECT_EQ(written.at(1).text, R"(Unknown command "Zero")");
 }
 
+TEST_F(CommandNode, takes_a_null_command_for_one_without_rows)
+{
+    const testhost::NodePointer description = tree("d", R"({"Commands": {"Probe": "own"}})");
+    description->at("Commands").setChild("CommandSetUnitProperties", nullptr);
+    description->at("Commands").setChild("Unknown", nullptr);
+    NodeCommand node("Top", description);
+
+    EXPECT_EQ(node.getCommandAsString(), "own;");
+    EXPECT_TRUE(traverse(node));
+    EXPECT_EQ(executed(), QStringList{"own"});
+    const QList<Message> written = messages.take();
+    ASSERT_EQ(written.size(), 1);
+    EXPECT_EQ(written.constFirst().text, R"(Unknown command "Unknown")");
+}
+
 TEST_F(CommandNode, without_commands_visits_its_only_successor_and_returns_its_result)
 {
     NodeCommand succeeding("Top", tree("d", R"({"Next": {
