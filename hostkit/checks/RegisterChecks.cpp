@@ -4,6 +4,8 @@
 #include "hostkit/internal/Bench.h"
 #include "hostkit/internal/Making.h"
 
+#include <QThread>
+
 namespace hostkit {
 
 namespace {
@@ -29,18 +31,37 @@ QStringList entriesOf(const QString& name)
     return entries;
 }
 
+/// The times of an instance's modifications under the kit's origins, in the register's order.
+QStringList timesOf(const QString& name)
+{
+    QStringList times;
+    for (const ModifiedInstanceItem& item : modifications()) {
+        if (item.instanceName == name && item.originFirst == "hostkit") {
+            times.append(item.modificationTime);
+        }
+    }
+    return times;
+}
+
+/// Gives the leaf of an instance another unit and stores it on behalf of `originSecond`.
+void change(Bench& bench, const QString& name, bool isProcess, const QString& unit,
+            const QString& originSecond)
+{
+    const BaseClassSharedPointer root = bench.load(name, isProcess);
+    bench.node(root, {"Leaf"})
+        ->setDataProperty(ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType(),
+                          unit);
+    if (!bench.store(name, isProcess, root, originSecond)) {
+        bench.stop(call("setParsedConfigurationProcessDescription", name) + " returns false");
+    }
+}
+
 /// A new instance that `originSecond` changed and stored.
 QString storeChanged(Bench& bench, bool isProcess, const QString& originSecond)
 {
     QString name = bench.name(originSecond + (isProcess ? "Process" : "Configuration"));
     bench.putInstance(name, isProcess, {unitLeaf({"Leaf"}, "K")});
-    const BaseClassSharedPointer root = bench.load(name, isProcess);
-    bench.node(root, {"Leaf"})
-        ->setDataProperty(ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType(),
-                          QStringLiteral("°F"));
-    if (!bench.store(name, isProcess, root, originSecond)) {
-        bench.stop(call("setParsedConfigurationProcessDescription", name) + " returns false");
-    }
+    change(bench, name, isProcess, "°F", originSecond);
     return name;
 }
 
@@ -70,6 +91,20 @@ void timesAreGiven(Bench& bench)
         if (item.instanceName == name && item.modificationTime.isEmpty()) {
             bench.fail(QStringLiteral("the modification time of \"%1\" is empty").arg(name));
         }
+    }
+}
+
+void laterModificationsStandBehind(Bench& bench)
+{
+    const QString name = storeChanged(bench, false, "again");
+    const QString earlier = timesOf(name).value(0);
+    QThread::msleep(20); // for registers that keep times to the millisecond
+    change(bench, name, false, "bar", "again");
+    const QStringList times = timesOf(name);
+    // A register may forget the earlier one, and coarse times may be the same.
+    if (times.count(earlier) < times.size() && times.constLast() == earlier) {
+        bench.fail(QStringLiteral("times listed for \"%1\": %2, the earlier one last")
+                       .arg(name, shown(times)));
     }
 }
 
@@ -115,6 +150,12 @@ QList<Check> registerChecks()
         {"register.gives_every_modification_a_time",
          "The modification time of an instance in the register is not empty.",
          "The manifest update would write an empty time over the last one.", timesAreGiven},
+        {"register.lists_later_modifications_behind_earlier_ones",
+         "Of two modifications of one instance the register lists the later one behind the earlier "
+         "one, or alone.",
+         "The engine passes them on in the register's order: the manifest would keep the earlier "
+         "time.",
+         laterModificationsStandBehind},
         {"register.is_not_emptied_by_reading",
          "Reading the register twice gives the same instances.",
          "Of two resolvers only the first to update the manifest would find its instances.",

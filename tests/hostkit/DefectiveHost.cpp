@@ -517,7 +517,9 @@ bool ConfigurationDataAndProcessDescriptionAccess::setParsedConfigurationProcess
     if (isProcess && has(Defect::ProcessesAreNotRegistered)) {
         return true;
     }
-    const QString time = has(Defect::TimesAreEmpty) ? QString() : QStringLiteral("today");
+    const QString time = has(Defect::TimesAreEmpty)
+                             ? QString()
+                             : QStringLiteral("day %1").arg(state.modifications.size());
     ModifiedInstanceItem item{originFirst, originSecond, instanceName, time};
     if (has(Defect::OriginsAreSwapped)) {
         std::swap(item.originFirst, item.originSecond);
@@ -542,6 +544,9 @@ void ConfigurationModificationHandler::getModifiedInstances(
     QList<ModifiedInstanceItem>& items) const
 {
     items = state.modifications;
+    if (has(Defect::RegisterIsBackwards)) {
+        std::reverse(items.begin(), items.end());
+    }
     if (has(Defect::RegisterIsEmptiedByReading)) {
         state.modifications.clear();
     }

@@ -84,6 +84,7 @@ enum class Defect {
     ProcessesAreNotRegistered,
     LastOriginIsThatOfAll,
     TimesAreEmpty,
+    RegisterIsBackwards,
     RegisterIsEmptiedByReading,
 
     // iteration and manifest
