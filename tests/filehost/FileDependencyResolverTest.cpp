@@ -1,5 +1,6 @@
 #include "filehost/FileDependencyResolver.h"
 
+#include "MessageLog.h"
 #include "TestTree.h"
 #include "TestWorkspace.h"
 
@@ -112,6 +113,11 @@ TEST_F(Resolving, goes_on_after_a_link_that_fails)
     }
     EXPECT_EQ(files, (QStringList{"links.json", "dependency/missing.json", "dependency/broken.json",
                                   "configuration/nobody.json"}));
+    QList<int> lines;
+    for (const testhost::Message& message : takeMessages()) {
+        lines.append(message.line);
+    }
+    EXPECT_EQ(lines, (QList<int>{184, 184, 296})) << "the engine's own warnings";
 }
 
 TEST_F(Resolving, all_is_false_for_links_that_cannot_be_read)
