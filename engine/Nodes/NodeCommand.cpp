@@ -45,14 +45,15 @@ bool NodeCommand::traverseNode(const BaseClassSharedPointer& sourceRoot,
         return false;
     }
     bool outcome = false;
-    const QList<SuccessorType> edges = successors; // the host may add edges meanwhile
     for (const QSharedPointer<CommandBase>& command : qAsConst(commands)) {
         if (command->executeCommand(sourceRoot, targetRoot, url, results, changed, parameters,
                                     manipulator)) {
             outcome = true;
         }
     }
-    // Several edges lead nowhere: only a switch node chooses.
+    // Several edges lead nowhere: only a switch node chooses. Edges that a command added count,
+    // those that are added below do not.
+    const QList<SuccessorType> edges = successors;
     if (edges.size() != 1 || edges.constFirst().node.isNull()) {
         return outcome;
     }

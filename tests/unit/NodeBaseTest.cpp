@@ -270,6 +270,8 @@ TEST_F(GraphNode, appends_edges_when_it_is_initialized_again)
 
     EXPECT_TRUE(node.initNodeEdges(tree("d", R"({"Next": {"A": {"Type": "SwitchNode"}}})")));
     EXPECT_EQ(successors(node), (QStringList{"B", "A"}));
+    EXPECT_TRUE(node.initNodeEdges(tree("d", "{}")));
+    EXPECT_EQ(successors(node), (QStringList{"B", "A"}));
 }
 
 TEST_F(GraphNode, hands_out_a_copy_of_its_edges)

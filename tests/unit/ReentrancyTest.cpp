@@ -285,7 +285,16 @@ TEST_F(Reentrancy, a_command_may_give_running_nodes_more_edges)
         "N": {"Type": "CommandNode", "Commands": {"Probe": "n"}}}})"));
     host.insideNext("execute(own)", [&] { running.initNodeEdges(tree("d", next)); });
     EXPECT_TRUE(running.traverseNode(source, target, "s", results, changed, {}, {}));
-    EXPECT_EQ(executed(), (QStringList{"own", "n"}));
+    EXPECT_EQ(executed(), QStringList{"own"}) << "three edges lead nowhere";
+
+    NodeCommand leaf("Top", tree("d", R"({"Commands": {"Probe": "own"}})"));
+    host.insideNext("execute(own)", [&] {
+        leaf.initNodeEdges(tree("d", R"({"Next": {
+            "N": {"Type": "CommandNode", "Commands": {"Probe": "n"}}}})"));
+    });
+    host.insideNext("execute(n)", [&] { leaf.initNodeEdges(tree("d", next)); });
+    EXPECT_TRUE(leaf.traverseNode(source, target, "s", results, changed, {}, {}));
+    EXPECT_EQ(executed(), (QStringList{"own", "n"})) << "the edge is there when it is followed";
 }
 
 TEST_F(Reentrancy, a_read_may_register_types)
