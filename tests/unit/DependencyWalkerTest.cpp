@@ -651,6 +651,22 @@ TEST_F(Walker, traverses_alike_for_a_caller_who_does_not_ask_for_changes)
                                              "setDataProperty(target/a, @unit, 'K') -> 0"}));
 }
 
+TEST_F(Walker, hands_on_the_arguments_of_a_caller_who_does_not_ask_for_changes)
+{
+    const testhost::Registered<DependencyWalkerFactory::CommandFactory, KeepingCommand> registered(
+        "Keeping");
+    build(R"({"A": {"Type": "CommandNode", "Commands": {"Keeping": {}}}})");
+
+    walker.traverseDependencyGraph("s", source, target, results, {"p", 5}, {});
+
+    EXPECT_EQ(KeepingCommand::sourceSeen, source);
+    EXPECT_EQ(KeepingCommand::targetSeen, target);
+    EXPECT_EQ(KeepingCommand::urlSeen, "s");
+    EXPECT_EQ(KeepingCommand::resultsSeen, &results);
+    EXPECT_EQ(KeepingCommand::parametersSeen, (QVariantList{"p", 5}));
+    KeepingCommand::sourceSeen = KeepingCommand::targetSeen = nullptr;
+}
+
 TEST_F(Walker, starts_with_nothing_changed_for_a_caller_who_does_not_ask_for_changes)
 {
     target = tree("target", R"({"a": {"@unit": "K"}})");

@@ -199,12 +199,15 @@ TEST_F(GraphNode, looks_for_no_condition_but_those_of_the_list_of_types)
 TEST_F(GraphNode, makes_no_condition_of_a_child_that_the_host_announced_and_does_not_have)
 {
     const testhost::NodePointer description = tree("d", R"({"Next": {"A": {
-        "Type": "SwitchNode", "ConditionWriteOnUrls": [["x"]]}}})");
+        "Type": "SwitchNode", "ConditionWriteOnUrls": [["x"]],
+        "ConditionValueComparator": [["y", "==", 1]],
+        "ConditionValueComparatorRegExp": [["z", "==", 1]],
+        "ConditionWriteOnUrlsRegExp": [["z"]]}}})");
     host.insideNext("hasChildData(d/Next/A, ConditionWriteOnUrls)",
                     [&] { description->at("Next/A").removeChild("ConditionWriteOnUrls"); });
     const NodeSwitch node("Top", description);
 
-    EXPECT_TRUE(node.getSucessorList().constFirst().conditions.isEmpty());
+    EXPECT_EQ(node.getSucessorList().constFirst().conditions.size(), 3) << "the others are made";
 }
 
 TEST_F(GraphNode, does_not_read_conditions_of_its_own_description)
