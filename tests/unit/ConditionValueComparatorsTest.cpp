@@ -178,6 +178,14 @@ TEST_F(ValueComparator, compares_the_value_at_the_url_it_is_given_and_not_at_tha
     EXPECT_FALSE(condition.valueComparator(source, "s/text", {"s/five", "==", 5}));
 }
 
+TEST_F(ValueComparator, takes_a_missing_value_for_equal_to_nothing_not_even_to_no_value)
+{
+    const ConditionValueComparators condition(nullptr);
+
+    EXPECT_FALSE(condition.valueComparator(source, "missing", {"missing", "==", QVariant()}));
+    EXPECT_FALSE(condition.valueComparator(source, "missing", {"missing", "!=", QVariant()}));
+}
+
 TEST_F(ValueComparator, watches_the_url_of_each_row_once)
 {
     const ConditionValueComparators condition(table(
