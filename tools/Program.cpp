@@ -1,5 +1,6 @@
 #include "tools/Program.h"
 
+#include "filehost/NearestNames.h"
 #include "tools/Command.h"
 #include "tools/Console.h"
 #include "tools/InitCommand.h"
@@ -82,15 +83,33 @@ QStringList expectedWords(const CLI::App& program, const CLI::App& command, cons
     if (word.startsWith(QLatin1Char('-'))) {
         for (const CLI::App* app : {&command, &program}) {
             for (const CLI::Option* option : app->get_options()) {
-                words.append(QString::fromStdString(option->get_name()));
+                if (!option->get_positional()) {
+                    words.append(QString::fromStdString(option->get_name()));
+                }
             }
         }
+        words.removeDuplicates();
     } else if (&command == &program) {
         for (const CLI::App* subcommand : program.get_subcommands(nullptr)) {
             words.append(QString::fromStdString(subcommand->get_name()));
         }
     }
     return words;
+}
+
+/// What to do about a word that was not expected; may be empty.
+QString adviceOn(const CLI::App& program, const CLI::App& command, const QString& word)
+{
+    const QStringList expected = expectedWords(program, command, word);
+    if (expected.contains(word)) {
+        return QStringLiteral("behind \"--\" nothing is an option");
+    }
+    const bool isAlike = !filehost::nearestName(word, expected).isEmpty();
+    const bool isTypo = isAlike && word.startsWith(QLatin1String("--"));
+    if (word.startsWith(QLatin1Char('-')) && &command != &program && !isTypo) {
+        return QStringLiteral("a value that begins with \"-\" goes behind \"--\"");
+    }
+    return isAlike ? nearestNamesText(word, expected) : QString();
 }
 
 /// Says what is wrong with the command line, and where to read on.
@@ -108,10 +127,7 @@ void reportUsage(const CLI::App& program, const CLI::ParseError& error, Console&
         return;
     }
     const QString word = QString::fromStdString(unexpected.front());
-    const QStringList expected = expectedWords(program, command, word);
-    const QString advice = expected.contains(word)
-                               ? QStringLiteral("behind \"--\" nothing is an option")
-                               : nearestNamesText(word, expected);
+    const QString advice = adviceOn(program, command, word);
     console.complain(QStringLiteral("%1 was not expected").arg(quoted(word)),
                      advice.isEmpty() ? help : advice + QStringLiteral("; ") + help);
 }
@@ -141,7 +157,9 @@ ExitCode flushed(const Streams& streams, ExitCode exitCode)
     if (streams.out.flush()) {
         return exitCode;
     }
-    Console(streams, {}).complain(QStringLiteral("the output cannot be written"), {});
+    Console(streams, {})
+        .complain(QStringLiteral("the output cannot be written"),
+                  QStringLiteral("check the disk, or what it was written to"));
     return ExitCode::Failed;
 }
 
@@ -163,7 +181,8 @@ ExitCode run(const std::vector<std::string>& arguments, const Streams& streams)
 
     Console early(streams, {});
     if (!std::all_of(arguments.begin(), arguments.end(), isUtf8)) {
-        early.complain(QStringLiteral("the command line is not UTF-8"), {});
+        early.complain(QStringLiteral("the command line is not UTF-8"),
+                       QStringLiteral("set the terminal, or the script, to UTF-8"));
         return ExitCode::Failed;
     }
     try {

@@ -96,6 +96,11 @@ INSTANTIATE_TEST_SUITE_P(
                QStringLiteral("b"), QStringLiteral("c")}},
         Wrong{"unknown_option_before_the_command",
               {QStringLiteral("--jsn"), QStringLiteral("show")}},
+        Wrong{"unknown_option_without_a_command", {QStringLiteral("--jsn")}},
+        Wrong{"value_like_an_option",
+              {QStringLiteral("set"), QStringLiteral("a"), QStringLiteral("b"),
+               QStringLiteral("-low")}},
+        Wrong{"word_unlike_all_others", {QStringLiteral("frobnicate")}},
         Wrong{"option_behind_two_dashes",
               {QStringLiteral("set"), QStringLiteral("a"), QStringLiteral("b"),
                QStringLiteral("--"), QStringLiteral("-x"), QStringLiteral("--dry-run")}},
@@ -115,7 +120,8 @@ TEST(WrongUsage, of_bytes_that_are_no_utf8_is_an_error)
                                                  "F"},
                                                 {out, err, false, false});
     EXPECT_EQ(exitCode, tools::ExitCode::Failed);
-    EXPECT_EQ(err.str(), "error: the command line is not UTF-8\n");
+    EXPECT_EQ(err.str(), "error: the command line is not UTF-8\n"
+                         "    set the terminal, or the script, to UTF-8\n");
 }
 
 TEST(Color, is_in_headings_and_in_the_labels_of_errors_only)

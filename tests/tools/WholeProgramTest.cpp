@@ -147,7 +147,8 @@ TEST(Program, ends_with_2_when_its_output_cannot_be_written)
     const TestWorkspace workspace;
     const Result result = runShell(workspace.path(), QStringLiteral("unitflow show > /dev/full"));
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.err, QStringLiteral("error: the output cannot be written\n"));
+    EXPECT_EQ(result.err, QStringLiteral("error: the output cannot be written\n"
+                                         "    check the disk, or what it was written to\n"));
 }
 
 TEST(Program, keeps_what_could_be_written_when_a_file_cannot_be)
