@@ -35,6 +35,12 @@ bool meansItself(const QString& text)
     return parsed.type() == QVariant::String && parsed.toString() == text;
 }
 
+/// A shell takes away quotes, so a literal that is meant as text needs two pairs.
+QString adviceOnText(const QString& literal)
+{
+    return QStringLiteral("for the text, write '\"%1\"'").arg(literal.trimmed());
+}
+
 } // namespace
 
 QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
@@ -46,6 +52,7 @@ QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
     }
     if (found.size() == 1 && found.first().column == 1) {
         found.first().line = 0; // the whole argument needs no place
+        found.first().advice = adviceOnText(text);
     }
     problems += found;
     if (json == nullptr) {
@@ -55,7 +62,7 @@ QVariant parseValue(const QString& text, QList<filehost::Problem>& problems)
         problems.append(
             {filehost::Problem::Code::Shape, argumentName, 0, 0,
              QStringLiteral("null is no value: it stands for a property that is not there"),
-             QStringLiteral("for the text, write '\"null\"'")});
+             adviceOnText(text)});
         return {};
     }
     return json->value(JsonText::root);

@@ -107,6 +107,25 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"key_twice", QStringLiteral(R"({"a": 1, "a": 2})"), Problem::Code::DuplicateKey}),
     [](const testing::TestParamInfo<Refusal>& test) { return test.param.title; });
 
+/// What the advice of a problem has the shell hand over.
+QString quotedForShell(const QString& advice)
+{
+    return advice.section(QLatin1Char('\''), 1, 1);
+}
+
+TEST(RefusedValue, that_may_be_meant_as_text_says_how_to_type_that)
+{
+    for (const QString& literal : {QStringLiteral("null"), QStringLiteral("18446744073709551616"),
+                                   QStringLiteral("-1e999")}) {
+        QList<Problem> problems;
+        tools::parseValue(literal, problems);
+        ASSERT_EQ(problems.size(), 1);
+        QList<Problem> none;
+        EXPECT_EQ(tools::parseValue(quotedForShell(problems.first().advice), none), literal)
+            << problems.first().advice.toStdString();
+    }
+}
+
 TEST(ValueText, shows_an_absent_value_in_words)
 {
     EXPECT_EQ(tools::valueText({}), QStringLiteral("(none)"));
