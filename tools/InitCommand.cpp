@@ -56,8 +56,10 @@ QString copyFile(const QString& from, const QString& to)
         return original.errorString();
     }
     const QByteArray bytes = original.readAll();
-    const bool isWritten = QDir().mkpath(QFileInfo(to).path()) &&
-                           copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
+    if (!QDir().mkpath(QFileInfo(to).path())) {
+        return QStringLiteral("its folder cannot be made");
+    }
+    const bool isWritten = copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
                            copy.write(bytes) == bytes.size() && copy.flush();
     return isWritten ? QString() : copy.errorString();
 }
@@ -88,7 +90,8 @@ CLI::App* InitCommand::declare(CLI::App& program)
 ExitCode InitCommand::run(Console& console)
 {
     const QString given = QString::fromStdString(directoryArgument);
-    const ExitCode exitCode = work(QDir(console.options().directory).filePath(given), console);
+    const QString directory = QDir(console.options().directory).filePath(given);
+    const ExitCode exitCode = work(QDir::cleanPath(directory), console);
     if (console.options().json) {
         JsonDocument json(QStringLiteral("init"), exitCode);
         json.add(QStringLiteral("directory"), given);
@@ -110,7 +113,7 @@ ExitCode InitCommand::work(const QString& directory, Console& console)
         console.report(Problem{Problem::Code::Write, directory, 0, 0,
                                place.isDir() ? QStringLiteral("the folder is not empty")
                                              : QStringLiteral("this is no folder"),
-                               QStringLiteral("Name a folder that is empty or not there yet.")});
+                               QStringLiteral("name a folder that is empty or not there yet")});
         return ExitCode::Failed;
     }
 
@@ -118,7 +121,9 @@ ExitCode InitCommand::work(const QString& directory, Console& console)
         const QString path = QDir(directory).filePath(file);
         const QString error = copyFile(starterFolder + QLatin1Char('/') + file, path);
         if (!error.isEmpty()) {
-            console.report(Problem{Problem::Code::Write, path, 0, 0, error, {}});
+            console.report(Problem{
+                Problem::Code::Write, path, 0, 0, error,
+                QStringLiteral("check the folder, the permissions and the space on the disk")});
             return ExitCode::Failed;
         }
         written.append(file);

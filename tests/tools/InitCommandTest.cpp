@@ -69,10 +69,13 @@ TEST_F(Init, refuses_a_file_in_the_place_of_the_folder)
 TEST_F(Init, says_why_a_file_cannot_be_written)
 {
     touch(QStringLiteral("file"));
-    const Result result = init(QStringLiteral("file/line"));
+    const Result result = init(QStringLiteral("./file/../file/line"));
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.out, QString());
-    EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: "))) << result.err.toStdString();
+    EXPECT_EQ(result.err,
+              QStringLiteral("error: %1: its folder cannot be made\n"
+                             "    check the folder, the permissions and the space on the disk\n")
+                  .arg(folder.filePath(QStringLiteral("file/line/README.md"))));
 }
 
 TEST_F(Init, makes_a_workspace_in_which_every_link_resolves)
