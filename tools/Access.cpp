@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QList>
 
+#include <algorithm>
+
 namespace tools {
 
 namespace {
@@ -32,6 +34,17 @@ QString adviceOnKind(const Workspace& workspace, const Instance& instance)
     }
     return isProcess ? QStringLiteral("there is a configuration of this name: leave out --process")
                      : QStringLiteral("there is a process description of this name: add --process");
+}
+
+/// A word as it is typed into a shell.
+QString typed(const QString& word)
+{
+    const bool isPlain = std::all_of(word.begin(), word.end(), [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("._-/").contains(character);
+    });
+    QString inQuotes = word;
+    inQuotes.replace(QLatin1Char('\''), QLatin1String(R"('\'')"));
+    return isPlain ? word : QLatin1Char('\'') + inQuotes + QLatin1Char('\'');
 }
 
 } // namespace
@@ -81,7 +94,7 @@ Problem unknownUrl(const Workspace& workspace, const Instance& instance,
             QStringLiteral("there is no leaf %1").arg(quoted(url)),
             nearest.isEmpty() ? QStringLiteral("the tree has no leaves at all")
                               : QStringLiteral("%1; \"unitflow show %2%3\" lists them all")
-                                    .arg(nearest, instance.name, option)};
+                                    .arg(nearest, typed(instance.name), option)};
 }
 
 QString fileOf(const Workspace& workspace, const Instance& instance)

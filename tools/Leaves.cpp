@@ -20,29 +20,41 @@ Leaf leafAt(const BaseClassSharedPointer& node, const QString& url)
             columnsOf(node->getDataProperty(Keys::getKeyDataPropertyArrayInformation()))};
 }
 
+QList<Leaf> leavesInside(const BaseClassSharedPointer& node, const QString& prefix);
+
+QList<Leaf> leavesAt(const BaseClassSharedPointer& node, const QString& url)
+{
+    QList<Leaf> leaves;
+    if (isLeaf(node) && !url.isEmpty()) { // the empty URL names nothing
+        leaves.append(leafAt(node, url));
+    }
+    return leaves + leavesInside(node, url + QLatin1Char('/'));
+}
+
+/// Those of the children. An empty name is one, so an empty URL is not always the root's.
+QList<Leaf> leavesInside(const BaseClassSharedPointer& node, const QString& prefix)
+{
+    QList<Leaf> leaves;
+    QStringList names = node->getChildMap().keys();
+    std::sort(names.begin(), names.end());
+    for (const QString& name : names) {
+        leaves += leavesAt(node->getChildMap().value(name), prefix + name);
+    }
+    return leaves;
+}
+
 } // namespace
+
+QList<Leaf> leavesBelow(const BaseClassSharedPointer& node, const QString& url)
+{
+    return url.isEmpty() ? leavesInside(node, QString()) : leavesAt(node, url);
+}
 
 bool isLeaf(const BaseClassSharedPointer& node)
 {
     return node->getChildMap().isEmpty() ||
            node->getDataProperty(Keys::getKeyDataPropertyValue()).isValid() ||
            node->getDataProperty(Keys::getKeyDataPropertyUnitType()).isValid();
-}
-
-QList<Leaf> leavesBelow(const BaseClassSharedPointer& node, const QString& url)
-{
-    QList<Leaf> leaves;
-    if (isLeaf(node) && !url.isEmpty()) {
-        leaves.append(leafAt(node, url));
-    }
-
-    QStringList names = node->getChildMap().keys();
-    std::sort(names.begin(), names.end());
-    for (const QString& name : names) {
-        const QString childUrl = url.isEmpty() ? name : url + QLatin1Char('/') + name;
-        leaves += leavesBelow(node->getChildMap().value(name), childUrl);
-    }
-    return leaves;
 }
 
 QStringList urlsOf(const QList<Leaf>& leaves)

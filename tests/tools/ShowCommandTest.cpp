@@ -99,6 +99,27 @@ TEST(ShowInstance, shows_a_node_with_children_when_it_has_a_value_or_a_unit_of_i
                                          "  C/D  3\n"));
 }
 
+TEST(ShowInstance, names_leaves_below_an_empty_name_as_they_are_found)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("configuration/display.json"), R"({"": {"x": 1}})");
+    const Result whole = run(workspace, show({QStringLiteral("display")}));
+    EXPECT_EQ(whole.out, QStringLiteral("display\n  /x  1\n"));
+    const Result leaf = run(workspace, show({QStringLiteral("display"), QStringLiteral("/x")}));
+    EXPECT_EQ(leaf.out, whole.out);
+}
+
+TEST(ShowInstance, quotes_a_name_with_a_blank_in_the_command_that_it_advises)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("configuration/It's line 1/Oven.json"), R"({"a": 1})");
+    const Result result =
+        run(workspace, show({QStringLiteral("It's line 1/Oven"), QStringLiteral("b")}));
+    EXPECT_TRUE(
+        result.err.contains(QStringLiteral(R"("unitflow show 'It'\''s line 1/Oven'" lists)")))
+        << result.err.toStdString();
+}
+
 TEST(ShowInstance, never_lets_a_name_command_the_terminal)
 {
     const TestWorkspace workspace;
