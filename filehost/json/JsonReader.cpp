@@ -114,7 +114,7 @@ Wording wording(rapidjson::ParseErrorCode code)
         return {"the value has ended, but %1 follows", "a file holds one value; remove the rest"};
     case rapidjson::kParseErrorObjectMissName:
         return {"expected a key in double quotes, found %1",
-                "if a comma stands before this place, remove it"};
+                "write \"key\": value; behind the last member stands '}' without a comma"};
     case rapidjson::kParseErrorObjectMissColon:
         return {"expected ':' after the key, found %1", "write \"key\": value"};
     case rapidjson::kParseErrorObjectMissCommaOrCurlyBracket:
@@ -150,10 +150,14 @@ Wording wording(rapidjson::ParseErrorCode code)
 ReadError toReadError(std::string_view text, rapidjson::ParseErrorCode code, std::size_t offset)
 {
     const Wording words = wording(code);
+    const std::string_view rest = text.substr(offset);
     QString message = QString::fromLatin1(words.message);
-    message.replace(QLatin1String("%1"), excerpt(text.substr(offset)));
+    message.replace(QLatin1String("%1"), excerpt(rest));
+    const bool isComment = startsWith(rest, "//") || startsWith(rest, "/*");
+    const char* const advice =
+        isComment ? "JSON has no comments; a tree may have a member \"@comment\"" : words.advice;
     return {code == rapidjson::kParseErrorNumberTooBig ? Code::NumberRange : Code::Syntax,
-            static_cast<quint32>(offset), message, QString::fromLatin1(words.advice)};
+            static_cast<quint32>(offset), message, QString::fromLatin1(advice)};
 }
 
 /// What RapidJSON calls, token by token. The reader tells only where a token ends; where it begins

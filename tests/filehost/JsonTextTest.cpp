@@ -179,6 +179,17 @@ TEST_P(BadJson, gives_a_problem_with_its_place_and_a_way_out)
     EXPECT_FALSE(problem.advice.isEmpty());
 }
 
+TEST(JsonText, says_of_a_comment_that_there_are_none)
+{
+    for (const char* text :
+         {"// a\n{}", "{ // a\n}", "{\"a\": /* b */ 1}", "[1 // a\n]", "{} /* a */"}) {
+        const QList<Problem> problems = problemsOf(text);
+        ASSERT_EQ(problems.size(), 1) << text;
+        EXPECT_TRUE(problems.first().advice.startsWith("JSON has no comments"))
+            << problems.first().advice.toStdString();
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Texts, BadJson,
     testing::Values(
