@@ -108,11 +108,14 @@ QString confinedPath(const QString& root, const QString& folder, Named what, con
 
 Problem leadingOut(const QString& root, const QString& path, const QString& subject)
 {
+    const QFileInfo file(path);
+    const bool isDangling = file.isSymLink() && !file.exists();
     return {Problem::Code::Name,
             shownPath(root, path),
             0,
             0,
-            QStringLiteral("%1 leads out of %2 by a symbolic link").arg(subject, root),
+            isDangling ? QStringLiteral("%1 is a symbolic link that leads nowhere").arg(subject)
+                       : QStringLiteral("%1 leads out of %2 by a symbolic link").arg(subject, root),
             QStringLiteral("put the file itself in the place of the link")};
 }
 
@@ -145,15 +148,21 @@ QString shownPath(const QString& root, const QString& path)
 
 QStringList namesIn(const QString& folder, Named what)
 {
+    const QString root = QDir::cleanPath(folder + QStringLiteral("/.."));
+    if (leadsOut(root, folder)) {
+        return {};
+    }
     const QString suffix = QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension();
     QStringList names;
     QDirIterator files(folder, {QLatin1Char('*') + suffix}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
-        QString name = QDir(folder).relativeFilePath(files.next());
+        const QString path = files.next();
+        QString name = QDir(folder).relativeFilePath(path);
         name.chop(suffix.size());
         QList<Problem> ignored;
-        if (checkName(what, name, ignored)) {
+        const bool isOut = files.fileInfo().isSymLink() && leadsOut(root, path);
+        if (!isOut && checkName(what, name, ignored)) {
             names.append(name);
         }
     }

@@ -32,7 +32,7 @@ QString confinedPath(const QString& root, const QString& folder, Named what, con
 /// Whether symbolic links take a path, or its folders, out of `root`.
 bool leadsOut(const QString& root, const QString& path);
 
-/// The problem of a path that does.
+/// The problem of a path that does, or leads nowhere.
 Problem leadingOut(const QString& root, const QString& path, const QString& subject);
 
 /// Without symbolic links where the path exists, else made absolute and clean.
@@ -44,7 +44,8 @@ bool isInside(const QString& folder, const QString& path);
 /// The path as a user would name it: relative to `root` where it is inside.
 QString shownPath(const QString& root, const QString& path);
 
-/// All allowed names of files below a folder, in ascending order.
+/// All allowed names of files below a folder of a workspace, in ascending order; without those that
+/// symbolic links take out of the workspace.
 QStringList namesIn(const QString& folder, Named what);
 
 /// Says in a missing file's problem what it was looked for as, and which name in the folder is

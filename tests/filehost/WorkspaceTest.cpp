@@ -167,6 +167,31 @@ TEST_F(WorkspaceFolder, refuses_symbolic_links_that_lead_out)
     }
 }
 
+TEST_F(WorkspaceFolder, tells_a_symbolic_link_that_leads_nowhere_from_one_that_leads_out)
+{
+    write("../outside.json", "{}");
+    ASSERT_TRUE(QFile::link(path("../outside.json"), path("configuration/file.json")));
+    ASSERT_TRUE(QFile::link(path("process/none.json"), path("configuration/dangling.json")));
+    workspace().instancePath(configurationOf("file"), problems);
+    workspace().instancePath(configurationOf("dangling"), problems);
+    ASSERT_EQ(problems.size(), 2);
+    EXPECT_TRUE(problems[0].message.contains("leads out of " + root()));
+    EXPECT_TRUE(problems[1].message.endsWith("leads nowhere")) << problems[1].message.toStdString();
+}
+
+TEST_F(WorkspaceFolder, lists_no_names_that_lead_out)
+{
+    write("../outside.json", "{}");
+    write("configuration/inside.json", "{}");
+    write("../elsewhere/a.json", "{}");
+    ASSERT_TRUE(QFile::link(path("../outside.json"), path("configuration/file.json")));
+    ASSERT_TRUE(QFile::link(path("configuration/inside.json"), path("configuration/alias.json")));
+    ASSERT_TRUE(QDir(root()).rmdir("process"));
+    ASSERT_TRUE(QFile::link(path("../elsewhere"), path("process")));
+    EXPECT_EQ(workspace().instanceNames(Kind::Configuration), QStringList({"alias", "inside"}));
+    EXPECT_EQ(workspace().instanceNames(Kind::Process), QStringList());
+}
+
 TEST_F(WorkspaceFolder, follows_symbolic_links_that_stay_inside)
 {
     write("process/a.json", "{}");
