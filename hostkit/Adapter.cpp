@@ -3,6 +3,7 @@
 #include "host/ConfigurationAndProcessDataParser.h"
 #include "host/PropertyManagerConst.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>

@@ -74,6 +74,8 @@ Outcome perform(const Check& check, Adapter& adapter)
     } catch (const std::exception& thrown) {
         bench.fail(QStringLiteral("the host threw an exception: %1")
                        .arg(QString::fromLocal8Bit(thrown.what())));
+    } catch (...) {
+        bench.fail(QStringLiteral("the host threw something that is no std::exception"));
     }
     Outcome outcome = bench.outcome();
     outcome.messages = log.messages;

@@ -141,6 +141,16 @@ TEST(Run, carries_out_nothing_when_a_name_is_unknown_and_returns_2)
     EXPECT_EQ(run.exitCode, 2);
 }
 
+TEST(Perform, takes_whatever_is_thrown_for_a_failure)
+{
+    const hostkit::Check check{"host.throws", "Nothing is thrown.", "The engine ends.",
+                               [](hostkit::Bench&) { throw 5; }};
+    const auto adapter = defective::makeAdapter();
+    const hostkit::Outcome outcome = hostkit::perform(check, *adapter);
+    EXPECT_EQ(outcome.kind, hostkit::Outcome::Kind::Failed);
+    EXPECT_EQ(outcome.found, QStringList{"the host threw something that is no std::exception"});
+}
+
 TEST(Perform, restores_the_message_handler)
 {
     static QStringList received;
