@@ -1,12 +1,15 @@
 #include "filehost/WorkspaceLock.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 
 namespace filehost {
 
 namespace {
 
 constexpr int moment = 200; // milliseconds
+constexpr int minute = 60;  // seconds
 
 } // namespace
 
@@ -28,6 +31,9 @@ bool WorkspaceLock::take(const std::function<void(const QString&)>& waiting,
                              QStringLiteral("check that its folder exists and may be written")});
             return false;
         }
+        if (isAbandoned() && file.removeStaleLockFile()) { // refused while somebody has it open
+            continue;
+        }
         if (isFirst && waiting) {
             waiting(QStringLiteral("waiting for the workspace, which is locked by %1; if that is "
                                    "a mistake, remove %2")
@@ -36,6 +42,17 @@ bool WorkspaceLock::take(const std::function<void(const QString&)>& waiting,
         isFirst = false;
     }
     return true;
+}
+
+/// Whether the file names nobody, and has had the time to: a machine that stops while a lock is
+/// taken leaves an empty file behind.
+bool WorkspaceLock::isAbandoned() const
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    return !file.getLockInfo(&process, &host, &program) &&
+           QFileInfo(path).lastModified().secsTo(QDateTime::currentDateTime()) > minute;
 }
 
 QString WorkspaceLock::holder() const

@@ -12,7 +12,8 @@
 namespace filehost {
 
 /// Keeps other writers out of a workspace, in this process and in others, until it is destroyed. A
-/// lock that a dead process left behind is taken over; one that is only held for long is not.
+/// lock that a dead process left behind is taken over, and one that has named nobody for a minute;
+/// one that is only held for long is not.
 class WorkspaceLock {
 public:
     explicit WorkspaceLock(const QString& root);
@@ -23,6 +24,7 @@ public:
     bool take(const std::function<void(const QString&)>& waiting, QList<Problem>& problems);
 
 private:
+    bool isAbandoned() const;
     QString holder() const;
 
     QString path;

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -74,7 +76,30 @@ private:
     pid_t process = -1;
 };
 
-class WorkspaceLocks : public TestWorkspace {};
+class WorkspaceLocks : public TestWorkspace {
+protected:
+    QString lockFile() const { return path(".unitflow.lock"); }
+
+    void makeOlder(int seconds) const
+    {
+        QFile file(lockFile());
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds),
+                                     QFileDevice::FileModificationTime));
+    }
+
+    /// Whether a writer has to wait until `letGo` is called.
+    bool mustWait(const std::function<void()>& letGo) const
+    {
+        bool hasWaited = false;
+        Session session(workspace(), Access::Write);
+        EXPECT_TRUE(session.begin([&](const QString& /*message*/) {
+            hasWaited = true;
+            letGo();
+        }));
+        return hasWaited;
+    }
+};
 
 } // namespace
 
@@ -106,18 +131,35 @@ TEST_F(WorkspaceLocks, of_a_dead_process_are_taken_over_without_waiting)
 
 TEST_F(WorkspaceLocks, are_not_stolen_however_old_they_are)
 {
+    constexpr int month = 30 * 24 * 3600;
     OtherProcess other(workspace(), false);
-    QFile file(path(".unitflow.lock"));
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-30),
-                                 QFileDevice::FileModificationTime));
-    bool hasWaited = false;
-    Session session(workspace(), Access::Write);
-    EXPECT_TRUE(session.begin([&](const QString& /*message*/) {
-        hasWaited = true;
-        other.finish();
-    }));
-    EXPECT_TRUE(hasWaited);
+    makeOlder(month);
+    EXPECT_TRUE(mustWait([&] { other.finish(); }));
+}
+
+TEST_F(WorkspaceLocks, that_name_nobody_are_taken_over_after_a_minute)
+{
+    for (const char* left : {"", "12", "no lock at all"}) {
+        write(".unitflow.lock", left);
+        makeOlder(61);
+        EXPECT_FALSE(mustWait([] {})) << left;
+    }
+}
+
+TEST_F(WorkspaceLocks, that_name_nobody_yet_are_left_alone)
+{
+    write(".unitflow.lock", "");
+    EXPECT_TRUE(mustWait([&] { QFile::remove(lockFile()); }));
+}
+
+TEST_F(WorkspaceLocks, that_name_nobody_but_are_held_are_left_alone)
+{
+    write(".unitflow.lock", "");
+    makeOlder(61);
+    QFile held(lockFile());
+    ASSERT_TRUE(held.open(QIODevice::ReadWrite));
+    ASSERT_EQ(flock(held.handle(), LOCK_EX), 0);
+    EXPECT_TRUE(mustWait([&] { held.remove(); }));
 }
 
 TEST_F(WorkspaceLocks, do_not_keep_readers_out)
