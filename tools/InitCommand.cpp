@@ -11,7 +11,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QList>
 #include <QStringList>
 
 // The macro declares a function, which must not happen inside a namespace. It is needed because

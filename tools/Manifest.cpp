@@ -11,8 +11,6 @@
 
 #include <QDir>
 
-#include <algorithm>
-
 namespace tools {
 
 namespace {

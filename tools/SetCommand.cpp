@@ -12,8 +12,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 namespace tools {

@@ -12,7 +12,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <optional>
 
 namespace tools {

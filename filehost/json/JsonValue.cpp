@@ -126,25 +126,6 @@ bool isSame(const QVariant& left, const QVariant& right)
     return left == right;
 }
 
-int depthOf(const QVariant& value)
-{
-    int deepest = -1;
-    if (value.userType() == QMetaType::QVariantList) {
-        deepest = 0;
-        const QVariantList elements = value.toList();
-        for (const QVariant& element : elements) {
-            deepest = std::max(deepest, depthOf(element));
-        }
-    } else if (value.userType() == QMetaType::QVariantMap) {
-        deepest = 0;
-        const QVariantMap members = value.toMap();
-        for (const QVariant& member : members) {
-            deepest = std::max(deepest, depthOf(member));
-        }
-    }
-    return deepest + 1;
-}
-
 QByteArray writeScalar(const QVariant& value)
 {
     rapidjson::StringBuffer buffer;

@@ -20,9 +20,6 @@ UNITFLOW_FILEHOST_EXPORT std::optional<QVariant> normalized(const QVariant& valu
 /// comparison converts: to it, 5 equals "5".)
 UNITFLOW_FILEHOST_EXPORT bool isSame(const QVariant& left, const QVariant& right);
 
-/// How many lists and maps are inside one another in a normalized value; 0 for a scalar.
-int depthOf(const QVariant& value);
-
 /// A normalized value that is neither list nor map, as JSON. A double always keeps a point or an
 /// exponent, so that it is read back as one.
 QByteArray writeScalar(const QVariant& value);
