@@ -26,7 +26,8 @@ namespace {
 
 const char* const examples =
     R"(Exit code: 0 if all is done, 1 if something did not resolve, 2 after wrong usage
-or an input or output error.
+or an input or output error. Colors are for terminals only, and not if NO_COLOR
+is set.
 
 Examples:
   unitflow init my-line

@@ -108,7 +108,7 @@ TEST(Run, takes_an_exception_from_the_host_for_a_failure)
 
 TEST(Run, names_the_check_in_which_the_process_was_stopped)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_DEATH(runChecks(Defect::NullTreeStopsTheProcess, {"store.null_tree_is_survived"}),
                  "failed  store.null_tree_is_survived\n(.|\n)*the process would end there.\n"
                  "    found:     the process was stopped: no tree to store");
