@@ -6,13 +6,30 @@
 #include "host/ConfigurationAndProcessDataParser.h"
 #include "host/PropertyManagerConst.h"
 #include "internal/Children.h"
-#include "internal/Pattern.h"
+#include "patterns/PatternIndex.h"
 
 #include <QFile>
 
-DependencyWalker::DependencyWalker() = default;
-DependencyWalker::DependencyWalker(const DependencyWalker& other) = default;
-DependencyWalker& DependencyWalker::operator=(const DependencyWalker& other) = default;
+DependencyWalker::DependencyWalker() : patternIndex(std::make_unique<patterns::PatternIndex>()) {}
+
+DependencyWalker::DependencyWalker(const DependencyWalker& other)
+    : urlNodeMap(other.urlNodeMap), regExpNodeMap(other.regExpNodeMap),
+      unconditionalNodes(other.unconditionalNodes), urlsInBuildOrder(other.urlsInBuildOrder),
+      patternIndex(std::make_unique<patterns::PatternIndex>(*other.patternIndex))
+{}
+
+DependencyWalker& DependencyWalker::operator=(const DependencyWalker& other)
+{
+    if (this != &other) {
+        urlNodeMap = other.urlNodeMap;
+        regExpNodeMap = other.regExpNodeMap;
+        unconditionalNodes = other.unconditionalNodes;
+        urlsInBuildOrder = other.urlsInBuildOrder;
+        *patternIndex = *other.patternIndex;
+    }
+    return *this;
+}
+
 DependencyWalker::~DependencyWalker() = default;
 
 bool DependencyWalker::isValid() const
@@ -30,7 +47,7 @@ void DependencyWalker::reset()
     urlNodeMap.clear();
     regExpNodeMap.clear();
     urlsInBuildOrder.clear();
-    patternsInBuildOrder.clear();
+    patternIndex->clear();
     // The unconditional nodes stay on purpose: they watch nothing that could be forgotten.
 }
 
@@ -63,6 +80,7 @@ bool DependencyWalker::initDependencyGraph(const BaseClassSharedPointer& descrip
             addWatchedUrl(url, node);
         }
     }
+    patternIndex->seal();
     return true;
 }
 
@@ -72,7 +90,7 @@ void DependencyWalker::addWatchedUrl(const QString& url, const QSharedPointer<No
     if (url.startsWith(prefix)) {
         const QString pattern = url.mid(prefix.size());
         regExpNodeMap.insert(pattern, node);
-        patternsInBuildOrder.append({pattern, node});
+        patternIndex->add(pattern, node);
         return;
     }
     if (!urlNodeMap.contains(url)) {
@@ -113,12 +131,7 @@ QStringList DependencyWalker::getDependencyUrlList() const
 void DependencyWalker::filterRegExpMatches(const QString& url,
                                            QList<QSharedPointer<NodeBase>>& matches) const
 {
-    matches.clear();
-    for (const auto& [pattern, node] : patternsInBuildOrder) {
-        if (internal::findsMatch(pattern, url)) {
-            matches.append(node);
-        }
-    }
+    matches = patternIndex->matches(url);
 }
 
 bool DependencyWalker::traverseDependencyGraph(
@@ -143,9 +156,7 @@ bool DependencyWalker::traverseDependencyGraph(
     };
 
     run(urlNodeMap.values(writtenUrl));
-    QList<QSharedPointer<NodeBase>> matches;
-    filterRegExpMatches(writtenUrl, matches);
-    run(matches);
+    run(patternIndex->matches(writtenUrl));
     run(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
     return outcome;
 }

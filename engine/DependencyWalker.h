@@ -6,14 +6,19 @@
 
 #include <QList>
 #include <QMultiHash>
-#include <QPair>
 #include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 
+#include <memory>
+
 class NodeBase;
 class UnitManipulatorBase;
+
+namespace patterns {
+class PatternIndex;
+}
 
 /// Builds a dependency graph from its description and runs it for a written URL.
 ///
@@ -22,8 +27,8 @@ class UnitManipulatorBase;
 /// The walker is silent: bad input shows as a smaller graph or as a false result.
 ///
 /// A walker is used by one thread at a time. Copies share the nodes, which are never changed after
-/// they are built. A build that stops early (null description, text that does not parse, file that
-/// does not open) leaves the graph as it was.
+/// they are built, and may be used by different threads. A build that stops early (null
+/// description, text that does not parse, file that does not open) leaves the graph as it was.
 class UNITFLOW_EXPORT DependencyWalker {
 public:
     DependencyWalker();
@@ -91,9 +96,8 @@ private:
     QMultiHash<QString, QSharedPointer<NodeBase>> regExpNodeMap; // without the prefix
     QList<QSharedPointer<NodeBase>> unconditionalNodes;          // in build order
 
-    // The build order of the entries above, which the hashes do not keep.
-    QStringList urlsInBuildOrder; // distinct
-    QList<QPair<QString, QSharedPointer<NodeBase>>> patternsInBuildOrder;
+    QStringList urlsInBuildOrder;                         // the keys of urlNodeMap, distinct
+    std::unique_ptr<patterns::PatternIndex> patternIndex; // finds in regExpNodeMap; never null
 };
 
 #endif

@@ -4,9 +4,9 @@
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "internal/CallText.h"
 #include "internal/ParameterTable.h"
-#include "internal/Pattern.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
+#include "patterns/PatternList.h"
 
 namespace {
 
@@ -20,6 +20,7 @@ constexpr internal::WarningPlace noManipulator{
 
 CommandSetUnitByConfigurationParameterRegExp::CommandSetUnitByConfigurationParameterRegExp(
     const BaseClassSharedPointer& description)
+    : keptPatterns(std::make_unique<patterns::PatternList>())
 {
     CommandSetUnitByConfigurationParameterRegExp::initCommand(description);
 }
@@ -33,6 +34,7 @@ bool CommandSetUnitByConfigurationParameterRegExp::initCommand(
     for (const QVariantList& cells : internal::parameterRows(description)) {
         if (cells.size() == 2) {
             unitProperties.append({cells.at(0).toString(), cells.at(1).toString()});
+            keptPatterns->append(unitProperties.constLast().pattern);
         }
     }
     return true;
@@ -43,12 +45,21 @@ BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::getUnitValu
     const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
     QVariant& value)
 {
-    const auto found = internal::matchGroups(pattern, url);
+    const auto found = patterns::Pattern(pattern).matchGroups(url);
     if (!found) {
         return {};
     }
+    return findTargetLeaf(*found, url, targetUrlTemplate, sourceRoot, targetRoot, value);
+}
+
+/// The same for a row whose pattern was matched already.
+BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::findTargetLeaf(
+    const patterns::GroupMatch& found, const QString& url, const QString& targetUrlTemplate,
+    const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
+    QVariant& value)
+{
     const QString targetUrl =
-        replaceMatchedGroups(found->groupNames, found->match, targetUrlTemplate);
+        replaceMatchedGroups(found.groupNames, found.match, targetUrlTemplate);
     const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
     if (leaf.isNull()) {
         return {};
@@ -68,10 +79,15 @@ bool CommandSetUnitByConfigurationParameterRegExp::executeCommand(
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
     bool commandResult = false;
-    for (const UnitProperties& row : rows) {
+    for (int index = 0; index < rows.size(); ++index) {
+        const UnitProperties& row = rows.at(index);
+        const auto found = keptPatterns->matchGroups(index, row.pattern, url);
+        if (!found) {
+            continue;
+        }
         QVariant value;
-        const BaseClassSharedPointer leaf = getUnitValueAndTargetLeaf(
-            url, row.pattern, row.targetUrlTemplate, sourceRoot, targetRoot, value);
+        const BaseClassSharedPointer leaf =
+            findTargetLeaf(*found, url, row.targetUrlTemplate, sourceRoot, targetRoot, value);
         if (leaf.isNull()) {
             continue;
         }

@@ -6,6 +6,13 @@
 #include <QList>
 #include <QVariant>
 
+#include <memory>
+
+namespace patterns {
+struct GroupMatch;
+class PatternList;
+} // namespace patterns
+
 /// Makes units follow the written value itself, on leaves whose URLs follow from the written URL
 /// ("CommandSetUnitByConfigurationParameterInstRegExp": the type name in descriptions and the class
 /// name differ).
@@ -46,7 +53,14 @@ public:
                                                      QVariant& value);
 
 private:
+    BaseClassSharedPointer findTargetLeaf(const patterns::GroupMatch& found, const QString& url,
+                                          const QString& targetUrlTemplate,
+                                          const BaseClassSharedPointer& sourceRoot,
+                                          const BaseClassSharedPointer& targetRoot,
+                                          QVariant& value);
+
     QList<UnitProperties> unitProperties;
+    std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; never null
 };
 
 #endif

@@ -3,9 +3,9 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "internal/CallText.h"
 #include "internal/ParameterTable.h"
-#include "internal/Pattern.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
+#include "patterns/PatternList.h"
 
 namespace {
 
@@ -19,6 +19,7 @@ constexpr internal::WarningPlace executing{
 
 CommandSetUnitPropertiesRegExp::CommandSetUnitPropertiesRegExp(
     const BaseClassSharedPointer& description)
+    : keptPatterns(std::make_unique<patterns::PatternList>())
 {
     CommandSetUnitPropertiesRegExp::initCommand(description);
 }
@@ -32,6 +33,7 @@ bool CommandSetUnitPropertiesRegExp::initCommand(const BaseClassSharedPointer& d
         const QString extra = cells.size() == 4 ? cells.at(3).toString() : QString();
         unitProperties.append(
             {cells.at(0).toString(), cells.at(1).toString(), cells.at(2).toString(), extra});
+        keptPatterns->append(unitProperties.constLast().pattern);
     }
     return !rows.isEmpty();
 }
@@ -48,8 +50,9 @@ bool CommandSetUnitPropertiesRegExp::executeCommand(
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
     bool commandResult = false;
-    for (const UnitProperties& row : rows) {
-        const auto found = internal::matchGroups(row.pattern, url);
+    for (int index = 0; index < rows.size(); ++index) {
+        const UnitProperties& row = rows.at(index);
+        const auto found = keptPatterns->matchGroups(index, row.pattern, url);
         if (!found) {
             continue;
         }

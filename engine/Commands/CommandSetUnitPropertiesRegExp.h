@@ -5,6 +5,12 @@
 
 #include <QList>
 
+#include <memory>
+
+namespace patterns {
+class PatternList;
+}
+
 /// Sets fixed units on leaves whose URLs follow from the written URL
 /// ("CommandSetUnitPropertiesRegExp").
 ///
@@ -39,6 +45,7 @@ public:
 
 private:
     QList<UnitProperties> unitProperties;
+    std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; never null
 };
 
 #endif

@@ -1,12 +1,17 @@
 #include "Conditions/ConditionValueComparatorRegExp.h"
 
-#include "internal/Pattern.h"
 #include "internal/WatchedUrls.h"
+#include "patterns/PatternList.h"
 
 ConditionValueComparatorRegExp::ConditionValueComparatorRegExp(
     const BaseClassSharedPointer& description)
     : ConditionValueComparators(description)
-{}
+{
+    keptPatterns = std::make_unique<patterns::PatternList>();
+    for (const ConditionComparatorEntry& entry : qAsConst(entries)) {
+        keptPatterns->append(entry.url);
+    }
+}
 
 ConditionValueComparatorRegExp::~ConditionValueComparatorRegExp() = default;
 
@@ -17,8 +22,10 @@ bool ConditionValueComparatorRegExp::checkCondition(const BaseClassSharedPointer
     const QList<ConditionComparatorEntry> rows =
         entries; // the host may call initCondition meanwhile
     bool holds = false;
-    for (const ConditionComparatorEntry& entry : rows) {
-        if (internal::findsMatch(entry.url, url) && valueComparator(sourceRoot, url, entry)) {
+    for (int row = 0; row < rows.size(); ++row) {
+        const ConditionComparatorEntry& entry = rows.at(row);
+        if (keptPatterns->findsMatch(row, entry.url, url) &&
+            valueComparator(sourceRoot, url, entry)) {
             holds = true;
         }
     }

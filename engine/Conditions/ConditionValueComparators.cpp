@@ -3,6 +3,7 @@
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "internal/ParameterTable.h"
 #include "internal/WatchedUrls.h"
+#include "patterns/PatternList.h"
 
 ConditionValueComparators::ConditionValueComparators(const BaseClassSharedPointer& description)
 {
@@ -14,8 +15,12 @@ ConditionValueComparators::~ConditionValueComparators() = default;
 bool ConditionValueComparators::initCondition(const BaseClassSharedPointer& description)
 {
     for (const QVariantList& cells : internal::parameterRows(description)) {
-        if (cells.size() == 3) {
-            entries.append({cells.at(0).toString(), cells.at(1).toString(), cells.at(2)});
+        if (cells.size() != 3) {
+            continue;
+        }
+        entries.append({cells.at(0).toString(), cells.at(1).toString(), cells.at(2)});
+        if (keptPatterns) {
+            keptPatterns->append(entries.constLast().url);
         }
     }
     return true;

@@ -6,6 +6,12 @@
 #include <QList>
 #include <QVariant>
 
+#include <memory>
+
+namespace patterns {
+class PatternList;
+}
+
 /// Compares values of the source with constants ("ConditionValueComparator"). Holds when at least
 /// one comparison holds.
 ///
@@ -44,6 +50,10 @@ public:
 
 protected:
     QList<ConditionComparatorEntry> entries; ///< in row order
+
+private:
+    friend class ConditionValueComparatorRegExp;
+    std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; null when they name URLs
 };
 
 #endif

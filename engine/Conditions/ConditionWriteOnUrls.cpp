@@ -2,6 +2,7 @@
 
 #include "internal/ParameterTable.h"
 #include "internal/WatchedUrls.h"
+#include "patterns/PatternList.h"
 
 ConditionWriteOnUrls::ConditionWriteOnUrls(const BaseClassSharedPointer& description)
 {
@@ -13,8 +14,12 @@ ConditionWriteOnUrls::~ConditionWriteOnUrls() = default;
 bool ConditionWriteOnUrls::initCondition(const BaseClassSharedPointer& description)
 {
     for (const QVariantList& cells : internal::parameterRows(description)) {
-        if (cells.size() == 1) {
-            urls.append(cells.at(0).toString());
+        if (cells.size() != 1) {
+            continue;
+        }
+        urls.append(cells.at(0).toString());
+        if (keptPatterns) {
+            keptPatterns->append(urls.constLast());
         }
     }
     return true;

@@ -3,6 +3,12 @@
 
 #include "Conditions/ConditionBase.h"
 
+#include <memory>
+
+namespace patterns {
+class PatternList;
+}
+
 /// Holds when the written URL is one of a list ("ConditionWriteOnUrls").
 ///
 /// Parameter table: one cell, the URL. Rows of any other length are skipped silently.
@@ -27,6 +33,10 @@ public:
 
 protected:
     QStringList urls; ///< in row order; patterns in the derived class
+
+private:
+    friend class ConditionWriteOnUrlsRegExp;
+    std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; null when they are URLs
 };
 
 #endif

@@ -1,13 +1,16 @@
 #include "Conditions/ConditionWriteOnUrlsRegExp.h"
 
-#include "internal/Pattern.h"
 #include "internal/WatchedUrls.h"
-
-#include <algorithm>
+#include "patterns/PatternList.h"
 
 ConditionWriteOnUrlsRegExp::ConditionWriteOnUrlsRegExp(const BaseClassSharedPointer& description)
     : ConditionWriteOnUrls(description)
-{}
+{
+    keptPatterns = std::make_unique<patterns::PatternList>();
+    for (const QString& pattern : qAsConst(urls)) {
+        keptPatterns->append(pattern);
+    }
+}
 
 ConditionWriteOnUrlsRegExp::~ConditionWriteOnUrlsRegExp() = default;
 
@@ -15,9 +18,12 @@ bool ConditionWriteOnUrlsRegExp::checkCondition(const BaseClassSharedPointer& /*
                                                 const BaseClassSharedPointer& /*targetRoot*/,
                                                 const QString& url) const
 {
-    return std::any_of(urls.cbegin(), urls.cend(), [&url](const QString& pattern) {
-        return internal::findsMatch(pattern, url);
-    });
+    for (int row = 0; row < urls.size(); ++row) {
+        if (keptPatterns->findsMatch(row, urls.at(row), url)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 QStringList ConditionWriteOnUrlsRegExp::getConditionUrls() const

@@ -1,0 +1,195 @@
+#include "patterns/PatternIndex.h"
+
+#include "patterns/LiteralIndex.h"
+#include "patterns/Pattern.h"
+#include "patterns/RequiredLiteral.h"
+
+#include <QHash>
+#include <QSharedData>
+
+#include <algorithm>
+#include <vector>
+
+namespace patterns {
+
+namespace {
+
+constexpr int none = -1;
+
+bool isWellFormed(const QString& text)
+{
+    const bool simple =
+        std::none_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.isSurrogate(); });
+    return simple || text.isValidUtf16();
+}
+
+} // namespace
+
+/// Everything but the answers.
+class PatternIndex::Patterns : public QSharedData {
+public:
+    void add(const QString& text, const QSharedPointer<NodeBase>& node);
+    bool isSealed() const { return sealedCount == patterns.size(); }
+    void seal();
+    Nodes find(const QString& url) const;
+
+private:
+    using Numbers = LiteralIndex::Numbers;
+
+    /// A distinct pattern, known by its number, and those who watch it in the order in which they
+    /// were added; the answer when no other pattern matches.
+    struct Watched {
+        Pattern pattern;
+        Nodes nodes;
+        int firstPlace; // among all that were added
+        int lastPlace;
+    };
+
+    Numbers candidatesFor(const QString& url) const;
+    Nodes nodesOf(const Numbers& matching) const;
+
+    std::vector<Watched> patterns;
+    std::vector<int> nextPlaces;          // of the same pattern, by place
+    QHash<QString, int> numbersSinceSeal; // of the patterns
+
+    LiteralIndex index;
+    std::vector<int> alwaysTried;
+    std::size_t sealedCount = 0; // of the patterns, those that the two above know
+};
+
+void PatternIndex::Patterns::add(const QString& text, const QSharedPointer<NodeBase>& node)
+{
+    const int place = int(nextPlaces.size());
+    nextPlaces.push_back(none);
+    const auto known = numbersSinceSeal.constFind(text);
+    if (known == numbersSinceSeal.constEnd()) {
+        numbersSinceSeal.insert(text, int(patterns.size()));
+        patterns.push_back({Pattern(text), {node}, place, place});
+        return;
+    }
+    Watched& watched = patterns[std::size_t(known.value())];
+    watched.nodes.append(node);
+    nextPlaces[std::size_t(watched.lastPlace)] = place;
+    watched.lastPlace = place;
+}
+
+void PatternIndex::Patterns::seal()
+{
+    std::vector<LiteralIndex::Item> items;
+    items.reserve(patterns.size());
+    alwaysTried.clear();
+    for (int number = 0; number < int(patterns.size()); ++number) {
+        const QStringList literals = requiredLiterals(patterns[std::size_t(number)].pattern.text());
+        if (LiteralIndex::canHold(literals)) {
+            items.push_back({number, literals});
+        } else {
+            alwaysTried.push_back(number);
+        }
+    }
+    index = LiteralIndex(items);
+    sealedCount = patterns.size();
+    patterns.shrink_to_fit();
+    nextPlaces.shrink_to_fit();
+    numbersSinceSeal.clear();
+}
+
+PatternIndex::Patterns::Numbers PatternIndex::Patterns::candidatesFor(const QString& url) const
+{
+    Numbers candidates = index.find(url);
+    for (const int number : alwaysTried) {
+        candidates.append(number);
+    }
+    for (std::size_t number = sealedCount; number < patterns.size(); ++number) {
+        candidates.append(int(number));
+    }
+    return candidates;
+}
+
+PatternIndex::Nodes PatternIndex::Patterns::find(const QString& url) const
+{
+    const Numbers candidates = candidatesFor(url);
+    if (candidates.isEmpty() || !isWellFormed(url)) {
+        return {};
+    }
+    Numbers matching;
+    for (const int number : candidates) {
+        if (patterns[std::size_t(number)].pattern.findsMatchInWellFormed(url)) {
+            matching.append(number);
+        }
+    }
+    return nodesOf(matching);
+}
+
+PatternIndex::Nodes PatternIndex::Patterns::nodesOf(const Numbers& matching) const
+{
+    if (matching.size() == 1) {
+        return patterns[std::size_t(matching[0])].nodes;
+    }
+    std::vector<std::pair<int, const QSharedPointer<NodeBase>*>> byPlace;
+    for (const int number : matching) {
+        const Watched& watched = patterns[std::size_t(number)];
+        int place = watched.firstPlace;
+        for (const QSharedPointer<NodeBase>& node : watched.nodes) {
+            byPlace.emplace_back(place, &node);
+            place = nextPlaces[std::size_t(place)];
+        }
+    }
+    std::sort(byPlace.begin(), byPlace.end());
+    Nodes nodes;
+    nodes.reserve(int(byPlace.size()));
+    for (const auto& [place, node] : byPlace) {
+        nodes.append(*node);
+    }
+    return nodes;
+}
+
+PatternIndex::PatternIndex() = default;
+
+PatternIndex::PatternIndex(const PatternIndex& other) : patterns(other.patterns) {}
+
+PatternIndex& PatternIndex::operator=(const PatternIndex& other)
+{
+    if (this != &other) {
+        patterns = other.patterns;
+        memory.reset();
+    }
+    return *this;
+}
+
+PatternIndex::~PatternIndex() = default;
+
+void PatternIndex::add(const QString& pattern, const QSharedPointer<NodeBase>& node)
+{
+    memory.reset();
+    if (!patterns) {
+        patterns = new Patterns;
+    }
+    patterns->add(pattern, node);
+}
+
+void PatternIndex::seal()
+{
+    const Patterns* const added = patterns.constData();
+    if (added != nullptr && !added->isSealed()) {
+        patterns->seal();
+    }
+}
+
+void PatternIndex::clear()
+{
+    memory.reset();
+    patterns = nullptr;
+}
+
+PatternIndex::Nodes PatternIndex::matches(const QString& url) const
+{
+    if (!patterns) {
+        return {};
+    }
+    if (!memory) {
+        memory = std::make_unique<AnswerMemory<Nodes>>();
+    }
+    return memory->get(url, [this, &url] { return patterns->find(url); });
+}
+
+} // namespace patterns
