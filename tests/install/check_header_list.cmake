@@ -2,7 +2,7 @@
 include(${SOURCE}/cmake/PublicHeaders.cmake)
 
 file(GLOB_RECURSE engine RELATIVE ${SOURCE}/engine ${SOURCE}/engine/*.h)
-list(FILTER engine EXCLUDE REGEX "^internal/")
+list(FILTER engine EXCLUDE REGEX "^(internal|patterns)/")
 file(GLOB hostkit RELATIVE ${SOURCE} ${SOURCE}/hostkit/*.h)
 
 function(compare name listed found)
