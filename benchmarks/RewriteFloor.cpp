@@ -1,6 +1,9 @@
-// The floor for `unitflow set`: reads and parses files and rewrites some of them durably, with the
-// file host's parser and QSaveFile, and does nothing else.
+// The floor for what `unitflow` does with a workspace: reads and parses files and rewrites some of
+// them durably, with the file host's parser and QSaveFile, and does nothing else.
+//
 // Usage: rewrite-floor FILE... --rewrite FILE...
+//
+// In place of all that, "@LIST" names a file that holds it, one argument on each line.
 
 #include "host/ConfigurationAndProcessDataParser.h"
 #include "host/PropertyManagerConst.h"
@@ -9,10 +12,10 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QString>
+#include <QStringList>
 
 #include <cstdlib>
 #include <iostream>
-#include <string_view>
 
 namespace {
 
@@ -46,20 +49,39 @@ void rewrite(const QString& path, const QByteArray& bytes)
     }
 }
 
+QStringList argumentsIn(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail("read", path);
+    }
+    return QString::fromUtf8(file.readAll()).split('\n');
+}
+
+QStringList argumentsOf(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index) {
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    }
+    return arguments.size() == 1 && arguments.first().startsWith('@')
+               ? argumentsIn(arguments.first().mid(1))
+               : arguments;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
     bool rewriting = false;
-    for (int index = 1; index < argc; ++index) {
-        if (std::string_view(argv[index]) == "--rewrite") {
+    for (const QString& argument : argumentsOf(argc, argv)) {
+        if (argument == QLatin1String("--rewrite")) {
             rewriting = true;
             continue;
         }
-        const QString path = QString::fromLocal8Bit(argv[index]);
-        const QByteArray bytes = readAndParse(path);
+        const QByteArray bytes = readAndParse(argument);
         if (rewriting) {
-            rewrite(path, bytes);
+            rewrite(argument, bytes);
         }
     }
     return EXIT_SUCCESS;
