@@ -96,7 +96,7 @@ class PatternGenerator : public QuietTest {};
 TEST_F(Patterns, walkers_answer_like_a_plain_loop_over_fresh_expressions)
 {
     const std::uint64_t first = fromEnvironment("UNITFLOW_PATTERNS_SEED", 1);
-    const std::uint64_t rounds = fromEnvironment("UNITFLOW_PATTERNS_COUNT", 10);
+    const std::uint64_t rounds = fromEnvironment("UNITFLOW_PATTERNS_COUNT", 100);
     qint64 pairs = 0;
     for (std::uint64_t seed = first; seed < first + rounds; ++seed) {
         const Round round = patterns::drawRound(seed);
@@ -119,6 +119,38 @@ TEST_F(Patterns, a_nasty_pattern_alone_is_matched_like_in_a_plain_loop)
         const Round round = roundOf({pattern}, patterns::nastyUrls());
         ASSERT_FALSE(differ(round)) << report(round);
     }
+}
+
+TEST_F(Patterns, more_urls_than_anybody_remembers_are_answered_like_in_a_plain_loop)
+{
+    Random random(1);
+    QStringList drawn;
+    QStringList urls;
+    for (int i = 0; i < 20; ++i) {
+        const DrawnPattern pattern = patterns::drawPattern(random);
+        drawn.append(pattern.pattern);
+        for (int copy = 0; copy < 1000; ++copy) {
+            urls.append(patterns::drawUrl(random, pattern.sample) + QString::number(copy));
+        }
+    }
+    const Round round = roundOf(drawn, urls);
+    ASSERT_FALSE(differ(round)) << report(round);
+}
+
+TEST_F(Patterns, ten_thousand_patterns_are_matched_like_in_a_plain_loop)
+{
+    Random random(1);
+    QStringList drawn;
+    QStringList urls;
+    for (int i = 0; i < 10'000; ++i) {
+        const DrawnPattern pattern = patterns::drawPattern(random);
+        drawn.append(pattern.pattern);
+        if (i % 200 == 0) {
+            urls.append(patterns::drawUrl(random, pattern.sample));
+        }
+    }
+    const Round round = roundOf(drawn, urls);
+    ASSERT_FALSE(differ(round)) << report(round);
 }
 
 // ---- What the comparison is made of -------------------------------------------------------------
