@@ -67,7 +67,7 @@ QString zoneUrl(int zone, int serial)
 
 QString zonePattern(int zone)
 {
-    return '^' + zoneName(zone) + QStringLiteral("/Temperature/(?<leaf>[A-Za-z]+)$");
+    return '^' + zoneName(zone) + QStringLiteral("/(?<group>[^/]+)/(?<leaf>[^/]+)$");
 }
 
 QString sharedUrl(int serial)

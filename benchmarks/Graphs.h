@@ -22,7 +22,8 @@ int leafOf(int node);
 /// `serial`, below 26^6, last.
 QString zoneUrl(int zone, int serial);
 
-/// The pattern of zone `zone`: finds a match in every URL of it and in no other.
+/// The pattern of zone `zone`, as the guide to descriptions writes them: finds a match in every URL
+/// of it and in no other.
 QString zonePattern(int zone);
 
 /// A URL of 41 characters for the patterns below.
