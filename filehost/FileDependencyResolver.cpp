@@ -10,15 +10,15 @@ namespace {
 
 using Access = ConfigurationDataAndProcessDescriptionAccess;
 
-QString programOrigin()
+} // namespace
+
+QString FileDependencyResolver::origin()
 {
     return QStringLiteral("unitflow");
 }
 
-} // namespace
-
 FileDependencyResolver::FileDependencyResolver(const Workspace& workspace)
-    : DependencyResolverBaseClass(workspace.directory(), programOrigin(), workspace.directory()),
+    : DependencyResolverBaseClass(workspace.directory(), origin(), workspace.directory()),
       workspace(workspace)
 {}
 
@@ -75,8 +75,8 @@ bool FileDependencyResolver::resolveFrom(const BaseClassSharedPointer& source,
     bool changed = false;
     return !target.isNull() &&
            resolveDependency(source, target, link.dependency, changed, {}, link.parameters, {}) &&
-           Access::setParsedConfigurationProcessDescription(
-               folder, programOrigin(), workspace.directory(), link.target, target, link.isProcess);
+           Access::setParsedConfigurationProcessDescription(folder, origin(), workspace.directory(),
+                                                            link.target, target, link.isProcess);
 }
 
 } // namespace filehost

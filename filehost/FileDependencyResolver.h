@@ -10,7 +10,11 @@ namespace filehost {
 /// The resolver of the file host: runs the links of a workspace.
 class UNITFLOW_FILEHOST_EXPORT FileDependencyResolver : public DependencyResolverBaseClass {
 public:
-    /// Stores under the origins "unitflow" and the workspace's folder.
+    /// What stands in the register for everything that this program stores, before the workspace's
+    /// folder.
+    static QString origin();
+
+    /// Stores under `origin()` and the workspace's folder.
     explicit FileDependencyResolver(const Workspace& workspace);
 
     /// Runs every link, in file order, for all URLs that its description watches. True when every

@@ -10,6 +10,8 @@
 #include "filehost/tree/TreeDiff.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <list>
 #include <map>
 #include <optional>
 #include <utility>
@@ -22,14 +24,20 @@ thread_local Session* currentSession = nullptr;
 
 using TextPointer = std::shared_ptr<const json::JsonText>;
 
+// Enough for sources and descriptions that take turns, and little enough to keep in memory.
+constexpr std::size_t mostKept = 32;
+
 /// A file of an instance, as it was read and as it is to be.
 struct StoredFile {
     Instance instance;
     File file;
-    TextPointer inFile;     ///< null when there is none that can be read
-    TextPointer stored;     ///< null like `inFile` until something is stored
-    QList<Problem> whyNot;  ///< what stood against reading it
-    bool isWritten = false; ///< by a commit
+    TextPointer inFile;          ///< null when there is none that can be read
+    TextPointer stored;          ///< null like `inFile` until something is stored
+    BaseClassSharedPointer view; ///< on `stored`; null until it is asked for
+    QList<Problem> whyNot;       ///< what stood against reading it
+    bool isToCommit = false;
+    bool isWritten = false;                       ///< by a commit
+    std::list<StoredFile*>::iterator placeInList; ///< of files to commit, or of those only read
 };
 
 /// The manifest as it was read, and what is to become of it.
@@ -43,7 +51,7 @@ struct Manifest {
 /// A store that changed something.
 struct Modification {
     ModifiedInstanceItem item;
-    const StoredFile* file;
+    const StoredFile* file; ///< null when another session wrote it
 };
 
 struct Description {
@@ -69,22 +77,33 @@ class Session::Private {
 public:
     Private(const Workspace& workspace, Access access) : workspace(workspace), access(access) {}
 
+    bool isOnlyOne();
+    void begin();
+    bool mayWrite();
+
     /// The file of an instance, read if it was not read before; null with a problem when the name
     /// is refused.
     StoredFile* fileOf(const Instance& instance);
-    void commitFiles(QList<Problem>& failures);
+    const File* placeOf(const Instance& instance, QList<Problem>& refused);
+    void read(StoredFile& file);
+    bool commitFile(StoredFile& file, QList<Problem>& failures);
     void commitManifest(QList<Problem>& failures);
     void publishModifications();
+    QList<ModifiedInstanceItem> takeModifications(const StoredFile& file);
+    void forget(const StoredFile& file);
+    void forgetLeastUsed();
     bool isUnwritten(const QString& instanceName) const;
     void report(const Problem& problem);
     void report(const QList<Problem>& several);
 
     Workspace workspace;
     Access access;
-    std::unique_ptr<WorkspaceLock> lock;
+    std::unique_ptr<WorkspaceLock> lock; ///< null next to a session that has it
     bool hasBegun = false;
     std::map<QString, StoredFile> files; ///< by path, so that two names of one file share it
-    std::vector<StoredFile*> toCommit;   ///< in the order in which they were first stored
+    std::map<Instance, File> places;     ///< where the instances are that were asked for
+    std::list<StoredFile*> toCommit;     ///< in the order in which they were first stored
+    std::list<StoredFile*> onlyRead;     ///< the others, the last used one first
     std::map<QString, Description> descriptions; ///< by path
     std::optional<Manifest> manifest;            ///< once it was asked for
     std::vector<Modification> modifications;     ///< those that the register does not have
@@ -111,33 +130,88 @@ void Session::Private::report(const QList<Problem>& several)
 StoredFile* Session::Private::fileOf(const Instance& instance)
 {
     QList<Problem> refused;
-    const QString path = workspace.instancePath(instance, refused);
+    const File* const place = placeOf(instance, refused);
     report(refused);
-    if (path.isEmpty()) {
+    if (place == nullptr) {
         return nullptr;
     }
-    const auto [place, isNew] = files.try_emplace(canonicalPath(path));
-    StoredFile& file = place->second;
+    const auto [found, isNew] = files.try_emplace(place->path);
+    StoredFile& file = found->second;
     if (isNew) {
         file.instance = instance;
-        file.file = {place->first, shownPath(workspace.directory(), path)};
-        file.inFile = readTree(file.file, file.whyNot);
-        file.stored = file.inFile;
-        explainMissing(file.whyNot, named(instance.kind), instance.name,
-                       folderOf(workspace.directory(), named(instance.kind)));
+        file.file = *place;
+        read(file);
+        file.placeInList = onlyRead.insert(onlyRead.begin(), &file);
+    } else if (!file.isToCommit) {
+        onlyRead.splice(onlyRead.begin(), onlyRead, file.placeInList);
     }
     return &file;
 }
 
-void Session::Private::commitFiles(QList<Problem>& failures)
+/// Null with a problem when the name is refused. Kept, because looking at all the folders on the
+/// way costs as much as reading a file.
+const File* Session::Private::placeOf(const Instance& instance, QList<Problem>& refused)
 {
-    for (StoredFile* file : toCommit) {
-        const bool isInFile = file->inFile && file->inFile->bytes() == file->stored->bytes();
-        if (!isInFile &&
-            replaceBytes(file->file, file->inFile.get(), file->stored->bytes(), failures)) {
-            file->inFile = file->stored;
-            file->isWritten = true;
-        }
+    const auto known = places.find(instance);
+    if (known != places.end()) {
+        return &known->second;
+    }
+    const QString path = workspace.instancePath(instance, refused);
+    if (path.isEmpty()) {
+        return nullptr;
+    }
+    const File place{canonicalPath(path), shownPath(workspace.directory(), path)};
+    return &places.emplace(instance, place).first->second;
+}
+
+void Session::Private::read(StoredFile& file)
+{
+    file.inFile = readTree(file.file, file.whyNot);
+    file.stored = file.inFile;
+    explainMissing(file.whyNot, named(file.instance.kind), file.instance.name,
+                   folderOf(workspace.directory(), named(file.instance.kind)));
+}
+
+/// Whether the file was written now.
+bool Session::Private::commitFile(StoredFile& file, QList<Problem>& failures)
+{
+    const bool isInFile = file.inFile && file.inFile->bytes() == file.stored->bytes();
+    if (isInFile || !replaceBytes(file.file, file.inFile.get(), file.stored->bytes(), failures)) {
+        return false;
+    }
+    file.inFile = file.stored;
+    file.isWritten = true;
+    return true;
+}
+
+QList<ModifiedInstanceItem> Session::Private::takeModifications(const StoredFile& file)
+{
+    const auto others = std::stable_partition(
+        modifications.begin(), modifications.end(),
+        [&file](const Modification& modification) { return modification.file != &file; });
+    QList<ModifiedInstanceItem> items;
+    std::for_each(others, modifications.end(),
+                  [&items](const Modification& modification) { items.append(modification.item); });
+    modifications.erase(others, modifications.end());
+    return items;
+}
+
+void Session::Private::forget(const StoredFile& file)
+{
+    (file.isToCommit ? toCommit : onlyRead).erase(file.placeInList);
+    files.erase(file.file.path);
+}
+
+void Session::Private::forgetLeastUsed()
+{
+    while (onlyRead.size() > mostKept) {
+        forget(*onlyRead.back());
+    }
+    if (places.size() > files.size() + mostKept) {
+        places.clear();
+    }
+    if (descriptions.size() > mostKept) {
+        descriptions.clear();
     }
 }
 
@@ -183,13 +257,41 @@ void Session::Private::publishModifications()
 {
     std::vector<Modification> unwritten;
     for (const Modification& modification : modifications) {
-        if (modification.file->isWritten) {
+        if (modification.file == nullptr || modification.file->isWritten) {
             ModificationRegister::instance().record(modification.item);
         } else {
             unwritten.push_back(modification);
         }
     }
     modifications = std::move(unwritten);
+}
+
+bool Session::Private::isOnlyOne()
+{
+    if (currentSession == nullptr) {
+        return true;
+    }
+    report(Problem{Problem::Code::Lock, workspace.directory(), 0, 0,
+                   QStringLiteral("this thread already has a session"),
+                   QStringLiteral("end it before another one begins")});
+    return false;
+}
+
+void Session::Private::begin()
+{
+    registerMark = ModificationRegister::instance().size();
+    hasBegun = true;
+}
+
+bool Session::Private::mayWrite()
+{
+    if (hasBegun && access == Access::Write) {
+        return true;
+    }
+    report(Problem{Problem::Code::Write, workspace.directory(), 0, 0,
+                   QStringLiteral("this session may not write"),
+                   QStringLiteral("begin one with write access")});
+    return false;
 }
 
 Session* Session::current()
@@ -210,10 +312,7 @@ Session::~Session()
 
 bool Session::begin(const std::function<void(const QString&)>& waiting)
 {
-    if (currentSession != nullptr) {
-        report({Problem::Code::Lock, d->workspace.directory(), 0, 0,
-                QStringLiteral("this thread already has a session"),
-                QStringLiteral("end it before another one begins")});
+    if (!d->isOnlyOne()) {
         return false;
     }
     if (d->access == Access::Write) {
@@ -225,8 +324,23 @@ bool Session::begin(const std::function<void(const QString&)>& waiting)
             return false;
         }
     }
-    d->registerMark = ModificationRegister::instance().size();
-    d->hasBegun = true;
+    d->begin();
+    currentSession = this;
+    return true;
+}
+
+bool Session::beginNextTo(const Session& holder)
+{
+    if (!d->isOnlyOne()) {
+        return false;
+    }
+    if (d->access == Access::Write && !holder.d->lock) {
+        d->report(Problem{Problem::Code::Lock, d->workspace.directory(), 0, 0,
+                          QStringLiteral("the other session does not hold the lock"),
+                          QStringLiteral("begin that one with write access")});
+        return false;
+    }
+    d->begin();
     currentSession = this;
     return true;
 }
@@ -270,6 +384,19 @@ BaseClassSharedPointer Session::load(const Instance& instance)
     return tree::FileTreeNode::makeRoot(file->stored, file->file.path);
 }
 
+BaseClassSharedPointer Session::view(const Instance& instance)
+{
+    StoredFile* const file = d->fileOf(instance);
+    if (file != nullptr && file->stored && file->view) {
+        return file->view;
+    }
+    BaseClassSharedPointer tree = load(instance);
+    if (file != nullptr) {
+        file->view = tree;
+    }
+    return tree;
+}
+
 bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree,
                     const QString& originFirst, const QString& originSecond)
 {
@@ -303,8 +430,10 @@ bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree
         return true;
     }
     file->stored = closest;
-    if (std::find(d->toCommit.begin(), d->toCommit.end(), file) == d->toCommit.end()) {
-        d->toCommit.push_back(file);
+    file->view.clear();
+    if (!file->isToCommit) {
+        d->toCommit.splice(d->toCommit.end(), d->onlyRead, file->placeInList);
+        file->isToCommit = true;
     }
     d->modifications.push_back(
         {ModificationRegister::itemOfNow(originFirst, originSecond, instance.name), file});
@@ -336,18 +465,48 @@ QList<LeafChange> Session::changes() const
 
 bool Session::commit()
 {
-    if (!d->hasBegun || d->access != Access::Write) {
-        report({Problem::Code::Write, d->workspace.directory(), 0, 0,
-                QStringLiteral("this session may not write"),
-                QStringLiteral("begin one with write access")});
+    if (!d->mayWrite()) {
         return false;
     }
     QList<Problem> problems;
-    d->commitFiles(problems);
+    for (StoredFile* file : d->toCommit) {
+        d->commitFile(*file, problems);
+    }
     d->commitManifest(problems);
     d->publishModifications();
     d->report(problems);
     return problems.isEmpty();
+}
+
+Completion Session::complete(const Instance& instance)
+{
+    QList<Problem> refused; // told when the instance was asked for
+    const File* const place = d->placeOf(instance, refused);
+    const auto found = place == nullptr ? d->files.end() : d->files.find(place->path);
+    if (found == d->files.end()) {
+        return {};
+    }
+    StoredFile& file = found->second;
+    Completion completion;
+    if (file.isToCommit) {
+        tree::addChanges(file.instance, file.inFile.get(), *file.stored, completion.changes);
+        completion.modifications = d->takeModifications(file);
+        QList<Problem> problems;
+        if (d->access == Access::Write && !(d->mayWrite() && d->commitFile(file, problems))) {
+            completion = {};
+        }
+        d->report(problems);
+    }
+    d->forget(file);
+    d->forgetLeastUsed();
+    return completion;
+}
+
+void Session::adopt(const QList<ModifiedInstanceItem>& items)
+{
+    for (const ModifiedInstanceItem& item : items) {
+        d->modifications.push_back({item, nullptr});
+    }
 }
 
 bool Session::readsManifest()

@@ -27,10 +27,20 @@ struct LeafChange {
     QVariant after;
 };
 
+/// What became of an instance when a session was done with it.
+struct Completion {
+    QList<LeafChange> changes;                 ///< without those that could not be written
+    QList<ModifiedInstanceItem> modifications; ///< the stores behind the changes, oldest first
+};
+
 /// A unit of work on one workspace. While a session lives, the host services of its thread that
 /// concern the workspace's folders go through it: each file is read at most once, stores stay in
 /// memory, `commit` writes what changed. Without `commit` no file is touched. A thread has at most
 /// one session at a time.
+///
+/// Several threads may work at the same time, each in a session of its own, next to one that holds
+/// the lock for all of them. They must not store the same instance, and none may read what another
+/// one stores.
 class UNITFLOW_FILEHOST_EXPORT Session {
 public:
     enum class Access {
@@ -51,6 +61,10 @@ public:
     /// moment. False with a problem when the lock cannot be had at all.
     bool begin(const std::function<void(const QString&)>& waiting);
 
+    /// The same under the lock of a session of another thread, which has begun and outlives this
+    /// one.
+    bool beginNextTo(const Session& holder);
+
     const Workspace& workspace() const;
 
     /// The text of a description; empty with a problem.
@@ -58,6 +72,9 @@ public:
 
     /// The instance's tree as stored so far, one that the caller may change; null with a problem.
     BaseClassSharedPointer load(const Instance& instance);
+
+    /// The same tree for everybody who asks, until another one is stored; nobody may change it.
+    BaseClassSharedPointer view(const Instance& instance);
 
     /// Stores a tree; `modifications` notes it under the two origins if anything changed. False
     /// with a problem.
@@ -77,6 +94,16 @@ public:
     /// problem for each file that could not be written; the other files are written all the same.
     /// The manifest comes last, without what was to be noted for instances that were not written.
     bool commit();
+
+    /// For work on more instances than memory holds: ends the work on one. Writes its file like
+    /// `commit`, which a session that may not write leaves out, tells what that changed, and
+    /// forgets the instance and, of what was only read, all but what was used last. A problem when
+    /// the file could not be written. The register of modifications does not hear of it: that is
+    /// for whoever collects the completions.
+    Completion complete(const Instance& instance);
+
+    /// Takes over the modifications of sessions next to this one, as if they were its own.
+    void adopt(const QList<ModifiedInstanceItem>& items);
 
     /// The problems met since the last call, by this session or by a host service on its thread.
     QList<Problem> takeProblems();

@@ -150,8 +150,8 @@ bool SetCommand::writeValue(const Workspace& workspace, Session& session, Consol
         return false;
     }
 
-    const bool stored =
-        session.store(instance, root, QStringLiteral("unitflow"), workspace.directory());
+    const bool stored = session.store(instance, root, filehost::FileDependencyResolver::origin(),
+                                      workspace.directory());
     console.report(session.takeProblems());
     return stored;
 }

@@ -1,7 +1,6 @@
 #include "filehost/services/ModificationRegister.h"
 
 #include <QDateTime>
-#include <QMutexLocker>
 
 namespace filehost {
 
@@ -21,19 +20,19 @@ ModifiedInstanceItem ModificationRegister::itemOfNow(const QString& originFirst,
 
 void ModificationRegister::record(const ModifiedInstanceItem& item)
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard<std::mutex> guard(mutex);
     recorded.append(item);
 }
 
 int ModificationRegister::size() const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard<std::mutex> guard(mutex);
     return recorded.size();
 }
 
 QList<ModifiedInstanceItem> ModificationRegister::itemsSince(int mark) const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard<std::mutex> guard(mutex);
     return recorded.mid(mark);
 }
 

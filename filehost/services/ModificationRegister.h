@@ -4,8 +4,9 @@
 #include "host/ModifiedInstanceItem.h"
 
 #include <QList>
-#include <QMutex>
 #include <QString>
+
+#include <mutex>
 
 namespace filehost {
 
@@ -26,7 +27,7 @@ public:
     QList<ModifiedInstanceItem> itemsSince(int mark) const;
 
 private:
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     QList<ModifiedInstanceItem> recorded;
 };
 

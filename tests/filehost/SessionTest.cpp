@@ -615,3 +615,152 @@ TEST_F(Sessions, hand_out_a_description_without_its_byte_order_mark)
     EXPECT_EQ(session->description("d"), QString::fromUtf8("{\"\u00B0\": 1}"));
     EXPECT_TRUE(session->takeProblems().isEmpty());
 }
+
+// --- one instance after the other
+
+TEST_F(Sessions, show_everybody_one_view_until_something_else_is_stored)
+{
+    write("configuration/Oven.json", oven);
+    begin();
+    const auto view = session->view(configurationOf("Oven"));
+    ASSERT_FALSE(view.isNull());
+    EXPECT_EQ(session->view(configurationOf("Oven")), view);
+    EXPECT_NE(session->load(configurationOf("Oven")), view);
+    change(configurationOf("Oven"), "Temperature", "@unitType", "K");
+    const auto next = session->view(configurationOf("Oven"));
+    EXPECT_EQ(next->getChildData("Temperature")->getDataProperty("@unitType"), QVariant("K"));
+    EXPECT_EQ(view->getChildData("Temperature")->getDataProperty("@unitType"), QVariant("C"));
+}
+
+TEST_F(Sessions, say_for_each_view_why_there_is_none)
+{
+    begin();
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_TRUE(session->view(configurationOf("Oven")).isNull());
+        EXPECT_EQ(onlyProblem().code, Code::Missing);
+    }
+    EXPECT_TRUE(session->view(configurationOf("../Oven")).isNull());
+    EXPECT_EQ(onlyProblem().code, Code::Name);
+}
+
+TEST_F(Sessions, complete_one_instance_and_leave_the_others_for_later)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    write("configuration/B.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    change(configurationOf("B"), "X", "@value", 2);
+    const filehost::Completion completion = session->complete(configurationOf("A"));
+    expectChanges(completion.changes, {{"A", "X", "@value", 1, 2}});
+    ASSERT_EQ(completion.modifications.size(), 1);
+    EXPECT_EQ(completion.modifications[0].instanceName, QString("A"));
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 2})"));
+    EXPECT_EQ(read("configuration/B.json"), QByteArray(R"({"X": 1})"));
+    expectChanges(session->changes(), {{"B", "X", "@value", 1, 2}});
+    EXPECT_EQ(modifications().size(), 1) << "A's went with its completion";
+}
+
+TEST_F(Sessions, read_an_instance_anew_after_it_was_completed)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    session->complete(configurationOf("A"));
+    write("configuration/A.json", R"({"X": 7})");
+    EXPECT_EQ(session->load(configurationOf("A"))->getChildData("X")->getDataProperty("@value"),
+              QVariant(7));
+}
+
+TEST_F(Sessions, complete_without_a_word_what_did_not_change_or_was_never_asked_for)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    change(configurationOf("A"), "X", "@value", 1);
+    for (const char* name : {"A", "B", "../C"}) {
+        const filehost::Completion completion = session->complete(configurationOf(name));
+        EXPECT_TRUE(completion.changes.isEmpty());
+        EXPECT_TRUE(completion.modifications.isEmpty());
+    }
+    EXPECT_TRUE(session->takeProblems().isEmpty());
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 1})"));
+}
+
+TEST_F(Sessions, tell_no_changes_of_an_instance_that_could_not_be_written)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    write("configuration/A.json", R"({"X": 7})");
+    const filehost::Completion completion = session->complete(configurationOf("A"));
+    EXPECT_EQ(onlyProblem().code, Code::Conflict);
+    EXPECT_TRUE(completion.changes.isEmpty());
+    EXPECT_TRUE(completion.modifications.isEmpty());
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 7})"));
+}
+
+TEST_F(Sessions, that_only_read_complete_without_writing)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    const auto before = age();
+    begin(Access::Read);
+    change(configurationOf("A"), "X", "@value", 2);
+    const filehost::Completion completion = session->complete(configurationOf("A"));
+    expectChanges(completion.changes, {{"A", "X", "@value", 1, 2}});
+    EXPECT_EQ(completion.modifications.size(), 1);
+    EXPECT_EQ(state(), before);
+    EXPECT_TRUE(session->takeProblems().isEmpty());
+}
+
+TEST_F(Sessions, find_an_instance_to_complete_after_many_others_under_two_names_each)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    for (int number = 0; number < 100; ++number) {
+        const QString name = QString("B%1").arg(number);
+        write("configuration/" + name + ".json", R"({"X": 1})");
+        ASSERT_TRUE(QFile::link(name + ".json", path("configuration/alias of " + name + ".json")));
+        session->load(configurationOf("alias of " + name));
+        session->load(configurationOf(name));
+        session->complete(configurationOf(name));
+    }
+    EXPECT_EQ(session->complete(configurationOf("A")).changes.size(), 1);
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 2})"));
+}
+
+// --- several threads
+
+TEST_F(Sessions, work_next_to_one_that_holds_the_lock)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    begin();
+    filehost::Completion completion;
+    std::thread([&] {
+        Session next(workspace(), Access::Write);
+        ASSERT_TRUE(next.beginNextTo(*session));
+        const auto tree = next.load(configurationOf("A"));
+        tree->getChildData("X")->setDataProperty("@value", 2);
+        EXPECT_TRUE(next.store(configurationOf("A"), tree, "first", "second"));
+        completion = next.complete(configurationOf("A"));
+    }).join();
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 2})"));
+    EXPECT_EQ(completion.modifications.size(), 1);
+
+    EXPECT_TRUE(modifications().isEmpty());
+    session->adopt(completion.modifications);
+    EXPECT_EQ(modifications().size(), 1);
+    session->commit();
+    EXPECT_EQ(modifications().size(), 1);
+    session.reset();
+    EXPECT_EQ(modifications().last().instanceName, QString("A")) << "the register has it now";
+}
+
+TEST_F(Sessions, write_only_next_to_one_that_holds_the_lock)
+{
+    Session holder(workspace(), Access::Read);
+    Session next(workspace(), Access::Write);
+    EXPECT_FALSE(next.beginNextTo(holder));
+    ASSERT_EQ(next.takeProblems().size(), 1);
+    EXPECT_EQ(Session::current(), nullptr);
+}
