@@ -113,7 +113,8 @@ bool replaceBytes(const File& file, const JsonText* expected, const QByteArray& 
             QStringLiteral("look at what changed, then run this again; the file was left alone"));
         return false;
     }
-    if (!QDir().mkpath(QFileInfo(file.path).path())) {
+    // A file that was read has a folder.
+    if (expected == nullptr && !QDir().mkpath(QFileInfo(file.path).path())) {
         return fail(problems, file, QStringLiteral("its folder cannot be made"));
     }
     QSaveFile target(file.path);

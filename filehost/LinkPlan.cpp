@@ -40,10 +40,9 @@ private:
     QString pathOf(const Instance& instance) const
     {
         QList<Problem> refused; // told by the session that runs into it
-        const QString path = workspace.instancePath(instance, refused);
+        const QString path = workspace.locate(instance, refused).canonicalPath;
         // No path begins like this, and nothing is written under a name without one.
-        return path.isEmpty() ? wordsFor(named(instance.kind)) + instance.name
-                              : canonicalPath(path);
+        return path.isEmpty() ? wordsFor(named(instance.kind)) + instance.name : path;
     }
 
     const Workspace& workspace;

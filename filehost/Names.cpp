@@ -90,19 +90,24 @@ bool checkName(Named what, const QString& name, QList<Problem>& problems)
     return false;
 }
 
-QString confinedPath(const QString& root, const QString& folder, Named what, const QString& name,
-                     QList<Problem>& problems)
+Location confinedPath(const Location& root, const QString& folder, Named what, const QString& name,
+                      QList<Problem>& problems)
 {
     if (!checkName(what, name, problems)) {
         return {};
     }
-    QString path = QDir(folder).absoluteFilePath(name + QLatin1Char('.') +
-                                                 PropertyManagerConst::getConfigFileExtension());
-    if (!leadsOut(root, path)) {
-        return path;
+    const QString path = QDir(folder).absoluteFilePath(
+        name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension());
+    // To follow the links once is enough where there is a file.
+    const QFileInfo file(path);
+    const QString canonical = file.exists() ? file.canonicalFilePath() : QString();
+    const bool isOut =
+        canonical.isEmpty() ? leadsOut(root.path, path) : !isInside(root.canonicalPath, canonical);
+    if (!isOut) {
+        return {path, canonical.isEmpty() ? canonicalPath(path) : canonical};
     }
     problems.append(leadingOut(
-        root, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
+        root.path, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
     return {};
 }
 
@@ -131,8 +136,14 @@ bool leadsOut(const QString& root, const QString& path)
 
 QString canonicalPath(const QString& path)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QFileInfo file(path);
+    const QString canonical = file.exists() ? file.canonicalFilePath() : QString();
     return canonical.isEmpty() ? QDir::cleanPath(QDir(path).absolutePath()) : canonical;
+}
+
+Location locationOf(const QString& path)
+{
+    return {path, canonicalPath(path)};
 }
 
 bool isInside(const QString& folder, const QString& path)
@@ -143,7 +154,13 @@ bool isInside(const QString& folder, const QString& path)
 
 QString shownPath(const QString& root, const QString& path)
 {
-    return isInside(root, path) ? QDir(root).relativeFilePath(path) : path;
+    if (!isInside(root, path)) {
+        return path;
+    }
+    if (path == root) {
+        return QStringLiteral(".");
+    }
+    return path.mid(root.endsWith(QLatin1Char('/')) ? root.size() : root.size() + 1);
 }
 
 QStringList namesIn(const QString& folder, Named what)

@@ -108,6 +108,7 @@ public:
     std::optional<Manifest> manifest;            ///< once it was asked for
     std::vector<Modification> modifications;     ///< those that the register does not have
     int registerMark = 0;                        ///< how many it had when the session began
+    int writtenFiles = 0;
     QList<Problem> problems;
 };
 
@@ -156,11 +157,11 @@ const File* Session::Private::placeOf(const Instance& instance, QList<Problem>& 
     if (known != places.end()) {
         return &known->second;
     }
-    const QString path = workspace.instancePath(instance, refused);
-    if (path.isEmpty()) {
+    const Location location = workspace.locate(instance, refused);
+    if (location.path.isEmpty()) {
         return nullptr;
     }
-    const File place{canonicalPath(path), shownPath(workspace.directory(), path)};
+    const File place{location.canonicalPath, shownPath(workspace.directory(), location.path)};
     return &places.emplace(instance, place).first->second;
 }
 
@@ -181,6 +182,7 @@ bool Session::Private::commitFile(StoredFile& file, QList<Problem>& failures)
     }
     file.inFile = file.stored;
     file.isWritten = true;
+    ++writtenFiles;
     return true;
 }
 
@@ -250,6 +252,7 @@ void Session::Private::commitManifest(QList<Problem>& failures)
     const File file = manifestFile(workspace.directory());
     if (!isInFile && replaceBytes(file, manifest->inFile.get(), bytes, failures)) {
         manifest->inFile = json::JsonText::parse(bytes, file.shown, failures);
+        ++writtenFiles;
     }
 }
 
@@ -500,6 +503,11 @@ Completion Session::complete(const Instance& instance)
     d->forget(file);
     d->forgetLeastUsed();
     return completion;
+}
+
+int Session::writtenFiles() const
+{
+    return d->writtenFiles;
 }
 
 void Session::adopt(const QList<ModifiedInstanceItem>& items)

@@ -102,6 +102,9 @@ public:
     /// for whoever collects the completions.
     Completion complete(const Instance& instance);
 
+    /// How many files it wrote so far.
+    int writtenFiles() const;
+
     /// Takes over the modifications of sessions next to this one, as if they were its own.
     void adopt(const QList<ModifiedInstanceItem>& items);
 

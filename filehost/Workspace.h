@@ -37,6 +37,12 @@ struct Link {
     int column;
 };
 
+/// A file or folder, which need not exist.
+struct Location {
+    QString path;          ///< absolute, as it was named; empty when the name was refused
+    QString canonicalPath; ///< without symbolic links
+};
+
 /// A folder with `configuration/`, `process/`, `dependency/`, `configuration/manifest.json` and
 /// `links.json`. Knows where things are; holds nothing of what is in them.
 class UNITFLOW_FILEHOST_EXPORT Workspace {
@@ -64,13 +70,16 @@ public:
     /// refused. The file need not exist.
     QString instancePath(const Instance& instance, QList<Problem>& problems) const;
 
-    /// The same for a description.
+    /// The same with what the path is without symbolic links, at no additional cost.
+    Location locate(const Instance& instance, QList<Problem>& problems) const;
+
+    /// The path of a description's file, in the same way.
     QString dependencyPath(const QString& name, QList<Problem>& problems) const;
 
 private:
-    explicit Workspace(QString directory);
+    explicit Workspace(const QString& directory);
 
-    QString root;
+    Location root;
 };
 
 } // namespace filehost

@@ -102,14 +102,14 @@ void JsonEdits::replaceMembers(Index object, const QVariantMap& values)
 
 void JsonEdits::insert(Index object, Index behind, const std::vector<Member>& members)
 {
+    if (members.empty()) {
+        return;
+    }
     const QByteArray colonText = colon(object);
     const QByteArray between = ',' + separator(object);
     QByteArrayList written;
     for (const Member& member : members) {
         written.append(memberText(member, colonText));
-    }
-    if (written.isEmpty()) {
-        return;
     }
     if (behind != JsonText::none) {
         const quint32 end = text.node(behind).value.end;

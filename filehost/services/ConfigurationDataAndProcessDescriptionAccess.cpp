@@ -33,11 +33,12 @@ std::optional<File> fileIn(const QDir& folder, Named what, const QString& name,
                            QList<Problem>& problems)
 {
     const QString root = rootOf(folder);
-    const QString path = filehost::confinedPath(root, folder.absolutePath(), what, name, problems);
-    if (path.isEmpty()) {
+    const filehost::Location found = filehost::confinedPath(
+        filehost::locationOf(root), folder.absolutePath(), what, name, problems);
+    if (found.path.isEmpty()) {
         return std::nullopt;
     }
-    return File{filehost::canonicalPath(path), filehost::shownPath(root, path)};
+    return File{found.canonicalPath, filehost::shownPath(root, found.path)};
 }
 
 /// The thread's session if a folder is in its workspace.

@@ -218,10 +218,12 @@ int FileTreeNode::setDataProperty(const QString& key, const QVariant& value)
         held->userType() == QMetaType::Nullptr) {
         return Refused;
     }
-    if (json::isSame(*held, getDataProperty(key))) {
+    const QVariant original = originalProperty(key);
+    const QVariant* const written = shared->written(index, key);
+    if (json::isSame(*held, written != nullptr ? *written : original)) {
         return Unchanged;
     }
-    if (json::isSame(*held, originalProperty(key))) {
+    if (json::isSame(*held, original)) {
         shared->unwrite(index, key);
     } else {
         shared->write(index, key, *held);

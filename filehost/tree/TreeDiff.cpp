@@ -57,6 +57,53 @@ std::vector<Pair> paired(const std::vector<Entry>& before, const std::vector<Ent
     return pairs;
 }
 
+/// What of two nodes belongs together.
+struct Pairs {
+    std::vector<Pair> properties;
+    std::vector<Pair> children;
+};
+
+Pairs pairedEntries(Side before, Side after)
+{
+    const NodeEntries old = before.entries();
+    const NodeEntries present = after.entries();
+    return {paired(old.properties, present.properties), paired(old.children, present.children)};
+}
+
+/// Whether two objects have members of the same spelling in the same order, as nearly all nodes
+/// have that were only written to. Then they need not be looked up by their names.
+bool haveSameKeys(Side before, Side after)
+{
+    if (before.isAbsent() || after.isAbsent() ||
+        before.text->kind(before.index) != JsonText::Kind::Object ||
+        after.text->kind(after.index) != JsonText::Kind::Object) {
+        return false;
+    }
+    const JsonText::Children old = before.text->children(before.index);
+    const JsonText::Children present = after.text->children(after.index);
+    return std::equal(old.begin(), old.end(), present.begin(), present.end(),
+                      [&](Index left, Index right) {
+                          return before.text->slice(before.text->node(left).key) ==
+                                 after.text->slice(after.text->node(right).key);
+                      });
+}
+
+/// The members of such objects whose values are not spelled alike.
+Pairs differingMembers(Side before, Side after)
+{
+    Pairs pairs;
+    auto old = before.text->children(before.index).begin();
+    for (const Index present : after.text->children(after.index)) {
+        if (before.at(*old).spelling() != after.at(present).spelling()) {
+            const QString key = after.text->key(present);
+            (isPropertyKey(key) ? pairs.properties : pairs.children)
+                .push_back({key, *old, present});
+        }
+        ++old;
+    }
+    return pairs;
+}
+
 /// Whether the same names lead to nodes on both sides, whatever properties those have.
 bool haveSameNodes(Side before, Side after)
 {
@@ -82,9 +129,9 @@ public:
         if (!before.isAbsent() && !after.isAbsent() && before.spelling() == after.spelling()) {
             return;
         }
-        const NodeEntries old = before.entries();
-        const NodeEntries present = after.entries();
-        for (const Pair& pair : paired(old.properties, present.properties)) {
+        const Pairs pairs = haveSameKeys(before, after) ? differingMembers(before, after)
+                                                        : pairedEntries(before, after);
+        for (const Pair& pair : pairs.properties) {
             const QVariant oldValue = before.at(pair.before).property();
             const QVariant newValue = after.at(pair.after).property();
             if (!json::isSame(oldValue, newValue)) {
@@ -92,7 +139,7 @@ public:
             }
         }
         const QString prefix = url.isEmpty() ? url : url + QLatin1Char('/');
-        for (const Pair& pair : paired(old.children, present.children)) {
+        for (const Pair& pair : pairs.children) {
             compare(before.at(pair.before), after.at(pair.after), prefix + pair.name);
         }
     }

@@ -2,6 +2,10 @@
 
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
+#include <cstddef>
+#include <iterator>
+#include <utility>
+
 namespace filehost::tree {
 
 using json::JsonText;
@@ -10,9 +14,15 @@ NodeEntries entries(const JsonText& text, JsonText::Index node)
 {
     NodeEntries found;
     if (text.kind(node) == JsonText::Kind::Object) {
-        for (const JsonText::Index member : text.children(node)) {
-            const QString key = text.key(member);
-            (isPropertyKey(key) ? found.properties : found.children).push_back({key, member});
+        const auto members = text.children(node);
+        const auto count = static_cast<std::size_t>(std::distance(members.begin(), members.end()));
+        for (const JsonText::Index member : members) {
+            QString key = text.key(member);
+            std::vector<Entry>& entries = isPropertyKey(key) ? found.properties : found.children;
+            if (entries.empty()) {
+                entries.reserve(count); // nodes have either kind of members, as a rule
+            }
+            entries.push_back({std::move(key), member});
         }
     } else if (text.kind(node) != JsonText::Kind::Null) {
         found.properties.push_back(
