@@ -140,33 +140,18 @@ int commonWidth(const QStringList& texts)
     return common;
 }
 
-QString totalText(const QList<LeafChange>& changes)
-{
-    int leaves = 0;
-    int instances = 0;
-    const LeafChange* last = nullptr;
-    for (const LeafChange& change : changes) {
-        const bool sameInstance = last != nullptr && last->instance == change.instance;
-        instances += sameInstance ? 0 : 1;
-        leaves += sameInstance && last->url == change.url ? 0 : 1;
-        last = &change;
-    }
-    return QStringLiteral("%1 changed in %2.\n")
-        .arg(counted(leaves, QStringLiteral("leaf"), QStringLiteral("leaves")),
-             counted(instances, QStringLiteral("instance"), QStringLiteral("instances")));
-}
-
 } // namespace
 
 Changes keepChanges(filehost::Session& session, bool dryRun, Console& console)
 {
-    Changes changes{session.changes()};
+    Changes changes{session.changes(), 0, true};
     changes.allKept = updateManifest(session.workspace(), session, console);
     if (dryRun) {
         return changes;
     }
 
     const bool allWritten = session.commit();
+    changes.files = session.writtenFiles();
     console.report(session.takeProblems());
     if (!allWritten) {
         changes.allKept = false;
@@ -177,10 +162,12 @@ Changes keepChanges(filehost::Session& session, bool dryRun, Console& console)
 
 QString changesText(const QList<LeafChange>& changes, bool color)
 {
-    if (changes.isEmpty()) {
-        return {};
-    }
+    return changes.isEmpty() ? QString()
+                             : changeLines(changes, color) + totalText(countOf(changes));
+}
 
+QString changeLines(const QList<LeafChange>& changes, bool color)
+{
     QStringList before;
     for (const LeafChange& change : changes) {
         for (const Row& row : rowsOf(change)) {
@@ -201,26 +188,50 @@ QString changesText(const QList<LeafChange>& changes, bool color)
                           padded(row.before, width) + QStringLiteral(" → ") + row.after});
         }
     }
-    return table.toText(color) + totalText(changes);
+    return table.toText(color);
+}
+
+QString totalText(const ChangeCount& count)
+{
+    return QStringLiteral("%1 changed in %2.\n")
+        .arg(counted(count.leaves, QStringLiteral("leaf"), QStringLiteral("leaves")),
+             counted(count.instances, QStringLiteral("instance"), QStringLiteral("instances")));
+}
+
+ChangeCount countOf(const QList<LeafChange>& changes)
+{
+    ChangeCount count;
+    const LeafChange* last = nullptr;
+    for (const LeafChange& change : changes) {
+        const bool sameInstance = last != nullptr && last->instance == change.instance;
+        count.instances += sameInstance ? 0 : 1;
+        count.leaves += sameInstance && last->url == change.url ? 0 : 1;
+        last = &change;
+    }
+    return count;
 }
 
 void addChanges(JsonDocument& document, const QList<LeafChange>& changes)
 {
-    document.addObjects(QStringLiteral("changes"), changes, [&document](const LeafChange& change) {
-        document.add(QStringLiteral("instance"), change.instance.name);
-        document.add(QStringLiteral("process"), change.instance.kind == filehost::Kind::Process);
-        document.add(QStringLiteral("url"), change.url);
-        document.add(QStringLiteral("property"), change.property);
-        document.add(QStringLiteral("before"), change.before);
-        document.add(QStringLiteral("after"), change.after);
-        document.addObjects(QStringLiteral("columns"), columnChangesOf(change),
-                            [&document](const ColumnChange& column) {
-                                document.add(QStringLiteral("index"), column.index);
-                                document.add(QStringLiteral("name"), column.name);
-                                document.add(QStringLiteral("before"), column.before);
-                                document.add(QStringLiteral("after"), column.after);
-                            });
-    });
+    document.addObjects(QStringLiteral("changes"), changes,
+                        [&](const LeafChange& change) { addChange(document, change); });
+}
+
+void addChange(JsonDocument& document, const LeafChange& change)
+{
+    document.add(QStringLiteral("instance"), change.instance.name);
+    document.add(QStringLiteral("process"), change.instance.kind == filehost::Kind::Process);
+    document.add(QStringLiteral("url"), change.url);
+    document.add(QStringLiteral("property"), change.property);
+    document.add(QStringLiteral("before"), change.before);
+    document.add(QStringLiteral("after"), change.after);
+    document.addObjects(QStringLiteral("columns"), columnChangesOf(change),
+                        [&document](const ColumnChange& column) {
+                            document.add(QStringLiteral("index"), column.index);
+                            document.add(QStringLiteral("name"), column.name);
+                            document.add(QStringLiteral("before"), column.before);
+                            document.add(QStringLiteral("after"), column.after);
+                        });
 }
 
 QString titleOf(const Instance& instance)

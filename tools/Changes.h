@@ -14,7 +14,14 @@ class JsonDocument;
 /// What a session changed.
 struct Changes {
     QList<filehost::LeafChange> list;
+    int files = 0;       ///< how many were written
     bool allKept = true; ///< false when a file could not be written, or the manifest not updated
+};
+
+/// How much changed.
+struct ChangeCount {
+    int leaves = 0;
+    int instances = 0;
 };
 
 /// Brings the manifest up to date and commits the session, unless this is a dry run, and reports
@@ -26,8 +33,17 @@ Changes keepChanges(filehost::Session& session, bool dryRun, Console& console);
 /// Empty without changes.
 QString changesText(const QList<filehost::LeafChange>& changes, bool color);
 
+/// The same without the total.
+QString changeLines(const QList<filehost::LeafChange>& changes, bool color);
+/// The total alone.
+QString totalText(const ChangeCount& count);
+
+ChangeCount countOf(const QList<filehost::LeafChange>& changes);
+
 /// Adds the changes as the member "changes".
 void addChanges(JsonDocument& document, const QList<filehost::LeafChange>& changes);
+/// Adds what a change is as members of the object that is open.
+void addChange(JsonDocument& document, const filehost::LeafChange& change);
 
 /// The name of an instance as people see it: a process description is marked.
 QString titleOf(const filehost::Instance& instance);

@@ -5,6 +5,7 @@
 #include "tools/Style.h"
 #include "tools/Text.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace tools {
@@ -12,6 +13,7 @@ namespace tools {
 namespace {
 
 constexpr int lineWidth = 80;
+constexpr int widthOfEcho = 2; // of the ^C that a terminal shows where the cursor is
 
 void send(std::ostream& stream, const QString& text)
 {
@@ -97,27 +99,41 @@ bool Console::color() const
 
 void Console::show(const QString& lines)
 {
-    if (!chosen.quiet && !chosen.json) {
+    if (!chosen.quiet && !chosen.json && !lines.isEmpty()) {
+        clearStatus();
         send(streams.out, lines);
     }
 }
 
-void Console::write(JsonDocument& document)
+void Console::write(JsonDocument& document, ExitCode exitCode)
 {
     addProblems(document, reported);
-    send(streams.out, document.finish());
+    clearStatus();
+    send(streams.out, document.finish(exitCode));
+}
+
+void Console::stream(JsonDocument& document)
+{
+    const QString text = document.take();
+    if (!text.isEmpty()) {
+        clearStatus();
+        send(streams.out, text);
+    }
 }
 
 void Console::note(const QString& line)
 {
     if (!chosen.quiet) {
-        send(streams.err, line + QLatin1Char('\n'));
+        say(line + QLatin1Char('\n'));
     }
 }
 
 void Console::report(const Diagnostic& diagnostic)
 {
-    reported.append(diagnostic);
+    isReported = true;
+    if (chosen.json) {
+        reported.append(diagnostic);
+    }
 
     filehost::Problem problem = diagnostic.problem;
     problem.advice.clear();
@@ -127,7 +143,7 @@ void Console::report(const Diagnostic& diagnostic)
             wrapped(QStringLiteral("in ") + placeOf(*diagnostic.link) + describe(*diagnostic.link),
                     lineWidth);
     }
-    send(streams.err, text + wrapped(printable(diagnostic.problem.advice), lineWidth));
+    say(text + wrapped(printable(diagnostic.problem.advice), lineWidth));
 }
 
 void Console::report(const filehost::Problem& problem)
@@ -144,7 +160,55 @@ void Console::report(const QList<filehost::Problem>& problems)
 
 void Console::complain(const QString& message, const QString& advice)
 {
-    send(streams.err, firstLine(Severity::Error, message) + wrapped(advice, lineWidth));
+    say(firstLine(Severity::Error, message) + wrapped(advice, lineWidth));
+}
+
+bool Console::hasReported() const
+{
+    return isReported;
+}
+
+// Blanks erase on every terminal, even one that knows no sequences for it.
+void Console::showStatus(const QString& text)
+{
+    if (statusWidth() == 0) {
+        return;
+    }
+    const QString line = elided(text, statusWidth());
+    send(streams.err, QLatin1Char('\r') + padded(line, shownStatus));
+    shownStatus = displayWidth(line);
+}
+
+void Console::clearStatus()
+{
+    if (shownStatus > 0) {
+        const QLatin1Char start('\r');
+        send(streams.err, start + QString(shownStatus + widthOfEcho, QLatin1Char(' ')) + start);
+        shownStatus = 0;
+    }
+}
+
+/// The last column stays free: some terminals break the line as soon as it is written to.
+int Console::statusWidth() const
+{
+    const int width = std::min(streams.errWidth, lineWidth) - 1 - widthOfEcho;
+    return chosen.quiet ? 0 : std::max(0, width);
+}
+
+bool Console::hasTerminal() const
+{
+    return streams.errWidth > 0;
+}
+
+bool Console::isOnTerminal() const
+{
+    return streams.outIsTerminal;
+}
+
+void Console::say(const QString& text)
+{
+    clearStatus();
+    send(streams.err, text);
 }
 
 QString Console::firstLine(Severity severity, const QString& text) const
@@ -154,11 +218,6 @@ QString Console::firstLine(Severity severity, const QString& text) const
             ? styled(QStringLiteral("error:"), Style::Error, streams.errColor)
             : styled(QStringLiteral("warning:"), Style::Warning, streams.errColor);
     return label + QLatin1Char(' ') + printable(text) + QLatin1Char('\n');
-}
-
-const QList<Diagnostic>& Console::diagnostics() const
-{
-    return reported;
 }
 
 } // namespace tools

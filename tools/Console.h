@@ -3,6 +3,7 @@
 
 #include "filehost/Problem.h"
 #include "filehost/Workspace.h"
+#include "tools/ExitCode.h"
 #include "tools/Streams.h"
 
 #include <QList>
@@ -41,8 +42,10 @@ public:
 
     /// Data for people, in whole lines. Nothing with --quiet or --json.
     void show(const QString& lines);
-    /// Data for programs: adds what was reported as the last member and closes the document.
-    void write(JsonDocument& document);
+    /// Data for programs: adds what was reported and the exit code and closes the document.
+    void write(JsonDocument& document, ExitCode exitCode);
+    /// Writes what a document has so far.
+    void stream(JsonDocument& document);
     /// What happens meanwhile, one line. Nothing with --quiet.
     void note(const QString& line);
 
@@ -52,15 +55,28 @@ public:
     void report(const QList<filehost::Problem>& problems);
     /// An error that is no problem in a file, or that the document tells in a member of its own.
     void complain(const QString& message, const QString& advice);
-    /// Everything reported so far.
-    const QList<Diagnostic>& diagnostics() const;
+    bool hasReported() const;
+
+    /// A last line on the terminal that standard error is, below everything else, until it is
+    /// replaced or cleared. It has at most `statusWidth` columns, and none of them is there when
+    /// standard error is no terminal or with --quiet.
+    void showStatus(const QString& text);
+    void clearStatus();
+    int statusWidth() const;
+    /// Whether standard error is a terminal.
+    bool hasTerminal() const;
+    /// Whether people see at once what `show` gets.
+    bool isOnTerminal() const;
 
 private:
+    void say(const QString& text);
     QString firstLine(Severity severity, const QString& text) const;
 
     Streams streams;
     GlobalOptions chosen;
-    QList<Diagnostic> reported;
+    bool isReported = false;
+    QList<Diagnostic> reported; ///< only for a document: there may be very many
+    int shownStatus = 0;        ///< columns
 };
 
 } // namespace tools

@@ -8,6 +8,9 @@ enum class ExitCode {
     Done = 0,
     Unresolved = 1, ///< something did not resolve; everything else was done
     Failed = 2,     ///< wrong usage, or something could not be read or written
+    // As a shell counts a process that a signal ended; here it ended by itself, but early.
+    Interrupted = 130, ///< by SIGINT; what was done by then is kept
+    Terminated = 143,  ///< the same by SIGTERM
 };
 
 } // namespace tools

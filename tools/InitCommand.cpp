@@ -92,10 +92,10 @@ ExitCode InitCommand::run(Console& console)
     const QString directory = QDir(console.options().directory).filePath(given);
     const ExitCode exitCode = work(QDir::cleanPath(directory), console);
     if (console.options().json) {
-        JsonDocument json(QStringLiteral("init"), exitCode);
+        JsonDocument json(QStringLiteral("init"));
         json.add(QStringLiteral("directory"), given);
         json.add(QStringLiteral("files"), written);
-        console.write(json);
+        console.write(json, exitCode);
     } else if (exitCode == ExitCode::Done) {
         console.show(resultText(given, written, console.color()));
     }

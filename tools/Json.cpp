@@ -9,8 +9,6 @@ namespace tools {
 
 namespace {
 
-constexpr int formatVersion = 1;
-
 template <typename Writer>
 void writeString(Writer& writer, const QString& text)
 {
@@ -86,13 +84,12 @@ QString toJsonText(const QVariant& value)
     return QString::fromUtf8(buffer.GetString(), static_cast<int>(buffer.GetSize()));
 }
 
-JsonDocument::JsonDocument(const QString& command, ExitCode exitCode) : writer(buffer)
+JsonDocument::JsonDocument(const QString& command, int version) : writer(buffer)
 {
     writer.SetIndent(' ', 2);
     writer.StartObject();
     add(QStringLiteral("format"), QStringLiteral("unitflow/") + command);
-    add(QStringLiteral("version"), formatVersion);
-    add(QStringLiteral("exitCode"), static_cast<int>(exitCode));
+    add(QStringLiteral("version"), version);
 }
 
 void JsonDocument::add(const QString& key, const QVariant& value)
@@ -109,11 +106,36 @@ void JsonDocument::addObject(const QString& key, const std::function<void()>& me
     writer.EndObject();
 }
 
-QString JsonDocument::finish()
+void JsonDocument::beginList(const QString& key)
 {
+    writeKey(key);
+    writer.StartArray();
+}
+
+void JsonDocument::addItem(const std::function<void()>& members)
+{
+    writer.StartObject();
+    members();
     writer.EndObject();
-    return QString::fromUtf8(buffer.GetString(), static_cast<int>(buffer.GetSize())) +
-           QLatin1Char('\n');
+}
+
+void JsonDocument::endList()
+{
+    writer.EndArray();
+}
+
+QString JsonDocument::take()
+{
+    QString text = QString::fromUtf8(buffer.GetString(), static_cast<int>(buffer.GetSize()));
+    buffer.Clear();
+    return text;
+}
+
+QString JsonDocument::finish(ExitCode exitCode)
+{
+    add(QStringLiteral("exitCode"), static_cast<int>(exitCode));
+    writer.EndObject();
+    return take() + QLatin1Char('\n');
 }
 
 void JsonDocument::writeKey(const QString& key)

@@ -17,11 +17,11 @@ namespace tools {
 QString toJsonText(const QVariant& value);
 
 /// The one document that a subcommand writes with --json. Members stand in the order in which they
-/// are added, behind those that every document begins with.
+/// are added, between those that every document begins and ends with.
 class JsonDocument {
 public:
     /// `command` completes the format's name, "unitflow/<command>".
-    JsonDocument(const QString& command, ExitCode exitCode);
+    explicit JsonDocument(const QString& command, int version = 1);
 
     void add(const QString& key, const QVariant& value);
     /// A member that is an object; `members` adds what is in it.
@@ -30,8 +30,18 @@ public:
     template <typename List, typename Members>
     void addObjects(const QString& key, const List& items, const Members& members);
 
-    /// Closes the document and gives its text, ended by a line feed. Nothing can be added then.
-    QString finish();
+    /// A member that is a list of objects which come in over time: between these two, `addItem`
+    /// adds one after the other, and nothing else may be added.
+    void beginList(const QString& key);
+    void addItem(const std::function<void()>& members);
+    void endList();
+
+    /// The text since the last call. A document that is written as it grows needs no memory.
+    QString take();
+
+    /// Closes the document and gives the rest of its text, ended by a line feed. Nothing can be
+    /// added then.
+    QString finish(ExitCode exitCode);
 
 private:
     void writeKey(const QString& key);
@@ -43,14 +53,11 @@ private:
 template <typename List, typename Members>
 void JsonDocument::addObjects(const QString& key, const List& items, const Members& members)
 {
-    writeKey(key);
-    writer.StartArray();
+    beginList(key);
     for (const auto& item : items) {
-        writer.StartObject();
-        members(item);
-        writer.EndObject();
+        addItem([&] { members(item); });
     }
-    writer.EndArray();
+    endList();
 }
 
 } // namespace tools

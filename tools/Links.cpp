@@ -1,5 +1,6 @@
 #include "tools/Links.h"
 
+#include "filehost/FileDependencyResolver.h"
 #include "tools/Access.h"
 #include "tools/Changes.h"
 #include "tools/Json.h"
@@ -9,6 +10,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <utility>
 
 namespace tools {
 
@@ -38,32 +41,57 @@ QString nameOf(Outcome outcome)
     return {};
 }
 
+/// The URLs for which a run did not resolve, as far as the engine tells.
+QString whereUnresolved(const LinkRun& run)
+{
+    if (run.urls.isEmpty()) {
+        return QStringLiteral("one or more of the URLs that the description watches");
+    }
+    QStringList urls;
+    for (const QString& url : run.urls) {
+        urls.append(quoted(url));
+    }
+    return urls.size() == 1 ? urls.first()
+                            : QStringLiteral("one or more of %1").arg(enumerated(urls));
+}
+
 } // namespace
 
-LinkRunner::LinkRunner(const filehost::Workspace& workspace, filehost::Session& session,
-                       Console& console)
-    : workspace(workspace), resolver(workspace), session(session), console(console)
+LinkRunner::LinkRunner(filehost::Session& session, Console& console)
+    : session(session), report([&console](const Diagnostic& found) { console.report(found); }),
+      lastWords(report)
+{
+    const auto resolver =
+        std::make_shared<const filehost::FileDependencyResolver>(session.workspace());
+    resolve = [resolver](const filehost::Link& link, const QStringList& urls, bool& changed) {
+        return resolver->resolveLink(link, urls, changed);
+    };
+}
+
+LinkRunner::LinkRunner(filehost::Session& session, Resolve resolve, Report report, Report lastWords)
+    : session(session), resolve(std::move(resolve)), report(std::move(report)),
+      lastWords(std::move(lastWords))
 {}
 
 LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
 {
-    Messages messages([&](const QString& lastWords) {
-        Problem problem = inDescription(link, lastWords);
-        problem.advice = QStringLiteral("the program ends here and writes nothing; look for rows "
-                                        "with too few cells in the description");
-        report(link, Severity::Error, problem);
+    Messages messages([&](const QString& message) {
+        Problem problem = inDescription(link, message);
+        problem.advice = QStringLiteral("the program ends here and writes nothing more; look for "
+                                        "rows with too few cells in the description");
+        lastWords({Severity::Error, problem, link});
     });
 
     LinkRun run{link, urls};
-    const bool resolved = resolver.resolveLink(link, urls, run.changed);
+    const bool resolved = resolve(link, urls, run.changed);
 
     const QList<Problem> problems = session.takeProblems();
     for (const Problem& problem : problems) {
-        report(link, Severity::Error, problem);
+        report({Severity::Error, problem, link});
     }
     for (const QString& message : messages.take()) {
         if (!isRepetition(message, !problems.isEmpty())) {
-            report(link, Severity::Warning, inDescription(link, message));
+            report({Severity::Warning, inDescription(link, message), link});
         }
     }
 
@@ -73,14 +101,17 @@ LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
     return run;
 }
 
-void LinkRunner::report(const filehost::Link& link, Severity severity, const Problem& problem)
-{
-    console.report({severity, problem, link});
-}
-
 Problem LinkRunner::inDescription(const filehost::Link& link, const QString& message) const
 {
-    return {Problem::Code::Shape, fileOf(workspace, link.dependency), 0, 0, message, {}};
+    const QString file = fileOf(session.workspace(), link.dependency);
+    return {Problem::Code::Shape, file, 0, 0, message, {}};
+}
+
+void complainAboutUnresolved(const LinkRun& run, Console& console)
+{
+    console.complain(placeOf(run.link) + describe(run.link) + QStringLiteral(" did not resolve"),
+                     QStringLiteral("for %1 no command succeeded, so %2 was left as it was")
+                         .arg(whereUnresolved(run), printable(run.link.target)));
 }
 
 QString describe(const filehost::Link& link)
@@ -124,12 +155,16 @@ void addLink(JsonDocument& document, const filehost::Link& link)
 
 void addRuns(JsonDocument& document, const QList<LinkRun>& runs)
 {
-    document.addObjects(QStringLiteral("links"), runs, [&document](const LinkRun& run) {
-        addLink(document, run.link);
-        document.add(QStringLiteral("urls"), run.urls);
-        document.add(QStringLiteral("outcome"), nameOf(run.outcome));
-        document.add(QStringLiteral("changed"), run.changed);
-    });
+    document.addObjects(QStringLiteral("links"), runs,
+                        [&](const LinkRun& run) { addRun(document, run); });
+}
+
+void addRun(JsonDocument& document, const LinkRun& run)
+{
+    addLink(document, run.link);
+    document.add(QStringLiteral("urls"), run.urls);
+    document.add(QStringLiteral("outcome"), nameOf(run.outcome));
+    document.add(QStringLiteral("changed"), run.changed);
 }
 
 } // namespace tools

@@ -1,7 +1,6 @@
 #ifndef UNITFLOW_TOOLS_LINKS_H
 #define UNITFLOW_TOOLS_LINKS_H
 
-#include "filehost/FileDependencyResolver.h"
 #include "filehost/Session.h"
 #include "filehost/Workspace.h"
 #include "tools/Console.h"
@@ -9,6 +8,8 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <functional>
 
 namespace tools {
 
@@ -31,19 +32,29 @@ struct LinkRun {
 /// Runs links in a session, one at a time, and reports under a link's name what it ran into.
 class LinkRunner {
 public:
-    LinkRunner(const filehost::Workspace& workspace, filehost::Session& session, Console& console);
+    using Resolve =
+        std::function<bool(const filehost::Link& link, const QStringList& urls, bool& changed)>;
+    using Report = std::function<void(const Diagnostic& diagnostic)>;
+
+    /// Leaves the links to the engine's resolver, and tells the console.
+    LinkRunner(filehost::Session& session, Console& console);
+
+    /// `lastWords` gets what ends the process as soon as it returns.
+    LinkRunner(filehost::Session& session, Resolve resolve, Report report, Report lastWords);
 
     LinkRun run(const filehost::Link& link, const QStringList& urls);
 
 private:
-    void report(const filehost::Link& link, Severity severity, const filehost::Problem& problem);
     filehost::Problem inDescription(const filehost::Link& link, const QString& message) const;
 
-    filehost::Workspace workspace;
-    filehost::FileDependencyResolver resolver;
     filehost::Session& session;
-    Console& console;
+    Resolve resolve;
+    Report report;
+    Report lastWords;
 };
+
+/// Says that a run left its target as it was, and for which URLs.
+void complainAboutUnresolved(const LinkRun& run, Console& console);
 
 /// "source → target through dependency", with the parameters if there are any.
 QString describe(const filehost::Link& link);
@@ -59,6 +70,8 @@ void addLink(JsonDocument& document, const filehost::Link& link);
 
 /// Adds the runs as the member "links".
 void addRuns(JsonDocument& document, const QList<LinkRun>& runs);
+/// Adds what a run is as members of the object that is open.
+void addRun(JsonDocument& document, const LinkRun& run);
 
 } // namespace tools
 

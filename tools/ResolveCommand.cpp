@@ -1,8 +1,11 @@
 #include "tools/ResolveCommand.h"
 
+#include "filehost/LinkPlan.h"
 #include "tools/Access.h"
 #include "tools/Console.h"
 #include "tools/Json.h"
+#include "tools/ResolveAll.h"
+#include "tools/Summary.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
 
@@ -11,13 +14,12 @@
 
 #include <algorithm>
 #include <optional>
+#include <thread>
 
 namespace tools {
 
 namespace {
 
-using filehost::Kind;
-using filehost::Link;
 using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
@@ -30,7 +32,17 @@ Examples:
   unitflow resolve controller display display-units
   unitflow resolve controller oven oven-units --process --parameter Zone1/
   unitflow resolve controller display display-units --url Settings/Mode
-  unitflow resolve --all --dry-run)";
+  unitflow resolve --all --dry-run
+  unitflow resolve --all --jobs 4)";
+
+constexpr int mostJobs = 1024;
+
+/// One job for each core, unless the number is given.
+int usualJobs()
+{
+    const unsigned int cores = std::thread::hardware_concurrency();
+    return std::clamp(static_cast<int>(cores), 1, mostJobs);
+}
 
 QStringList textsOf(const std::vector<std::string>& arguments)
 {
@@ -39,27 +51,6 @@ QStringList textsOf(const std::vector<std::string>& arguments)
         texts.append(QString::fromStdString(argument));
     }
     return texts;
-}
-
-/// The URLs for which a run did not resolve, as far as the engine tells.
-QString whereUnresolved(const LinkRun& run)
-{
-    if (run.urls.isEmpty()) {
-        return QStringLiteral("one or more of the URLs that the description watches");
-    }
-    QStringList urls;
-    for (const QString& url : run.urls) {
-        urls.append(quoted(url));
-    }
-    return urls.size() == 1 ? urls.first()
-                            : QStringLiteral("one or more of %1").arg(enumerated(urls));
-}
-
-void complainAbout(const LinkRun& run, Console& console)
-{
-    console.complain(placeOf(run.link) + describe(run.link) + QStringLiteral(" did not resolve"),
-                     QStringLiteral("for %1 no command succeeded, so %2 was left as it was")
-                         .arg(whereUnresolved(run), printable(run.link.target)));
 }
 
 } // namespace
@@ -74,6 +65,10 @@ CLI::App* ResolveCommand::declare(CLI::App& program)
     command->add_option("DEPENDENCY", dependencyArgument, "The description of how it follows")
         ->option_text(" ");
     command->add_flag("--all", isAll, "Run every link of links.json instead");
+    command->add_option("--jobs", jobs, "Threads for --all; without it one for each core")
+        ->check(CLI::Range(1, mostJobs))
+        ->type_name("N")
+        ->option_text("N");
     command->add_flag("--process", isProcess, "TARGET is a process description");
     command->add_option("--url", urlArguments, "Run for this URL; may be given again")
         ->type_name("URL")
@@ -95,6 +90,9 @@ ExitCode ResolveCommand::run(Console& console)
     if (!checkUsage(console)) {
         return ExitCode::Failed;
     }
+    if (isAll) {
+        return ResolveAll(console, jobs.value_or(usualJobs()), isDryRun).run();
+    }
 
     const ExitCode exitCode = work(console);
     if (console.options().json) {
@@ -111,8 +109,12 @@ bool ResolveCommand::checkUsage(Console& console) const
     const bool hasOptions = isProcess || !urlArguments.empty() || !parameterArguments.empty();
     if (isAll && (!sourceArgument.empty() || hasOptions)) {
         console.complain(QStringLiteral("--all runs the links as they stand in links.json and goes "
-                                        "with --dry-run only"),
+                                        "with --dry-run and --jobs only"),
                          help);
+        return false;
+    }
+    if (!isAll && jobs) {
+        console.complain(QStringLiteral("--jobs goes with --all only"), help);
         return false;
     }
     if (!isAll && dependencyArgument.empty()) {
@@ -126,38 +128,24 @@ bool ResolveCommand::checkUsage(Console& console) const
 ExitCode ResolveCommand::work(Console& console)
 {
     const std::optional<Workspace> workspace = openWorkspace(console);
-    if (!workspace || !(isAll ? readLinks(*workspace, console) : readArguments(console))) {
+    if (!workspace || !readArguments(console)) {
         return ExitCode::Failed;
     }
 
     Session session(*workspace, isDryRun ? Session::Access::Read : Session::Access::Write);
-    if (!beginSession(session, console) || (!isAll && !loadArguments(session, console))) {
+    if (!beginSession(session, console) || !loadArguments(session, console)) {
         return ExitCode::Failed;
     }
 
-    LinkRunner runner(*workspace, session, console);
-    for (const Link& link : links) {
-        runs.append(runner.run(link, textsOf(urlArguments)));
-        if (runs.last().outcome == Outcome::Unresolved) {
-            complainAbout(runs.last(), console);
-        }
+    linkRun = LinkRunner(session, console).run(link, textsOf(urlArguments));
+    if (linkRun->outcome == Outcome::Unresolved) {
+        complainAboutUnresolved(*linkRun, console);
     }
     changes = keepChanges(session, isDryRun, console);
-    isDone = changes.allKept;
-    if (!isDone) {
+    if (!changes.allKept) {
         return ExitCode::Failed;
     }
-    const bool allResolved = withOutcome(runs, Outcome::Resolved).size() == runs.size();
-    return linksAreSound && allResolved ? ExitCode::Done : ExitCode::Unresolved;
-}
-
-bool ResolveCommand::readLinks(const Workspace& workspace, Console& console)
-{
-    QList<Problem> problems;
-    links = workspace.links(problems);
-    console.report(problems);
-    linksAreSound = problems.isEmpty();
-    return linksAreSound || !links.isEmpty();
+    return linkRun->outcome == Outcome::Resolved ? ExitCode::Done : ExitCode::Unresolved;
 }
 
 bool ResolveCommand::readArguments(Console& console)
@@ -168,18 +156,21 @@ bool ResolveCommand::readArguments(Console& console)
         parameters.append(parseValue(text, problems));
     }
     console.report(problems);
-    links = {Link{QString::fromStdString(sourceArgument), QString::fromStdString(targetArgument),
-                  QString::fromStdString(dependencyArgument), isProcess, parameters, 0, 0}};
+    link = {QString::fromStdString(sourceArgument),
+            QString::fromStdString(targetArgument),
+            QString::fromStdString(dependencyArgument),
+            isProcess,
+            parameters,
+            0,
+            0};
     return problems.isEmpty();
 }
 
 /// What was named on the command line must be there. The session reads each file once only.
 bool ResolveCommand::loadArguments(Session& session, Console& console) const
 {
-    const Link& link = links.first();
-    const Kind targetKind = link.isProcess ? Kind::Process : Kind::Configuration;
-    const auto source = loadInstance(session, {Kind::Configuration, link.source}, console);
-    const auto target = loadInstance(session, {targetKind, link.target}, console);
+    const auto source = loadInstance(session, sourceOf(link), console);
+    const auto target = loadInstance(session, targetOf(link), console);
     const bool hasDescription = !session.description(link.dependency).isEmpty();
     console.report(session.takeProblems());
     return !source.isNull() && !target.isNull() && hasDescription;
@@ -188,30 +179,32 @@ bool ResolveCommand::loadArguments(Session& session, Console& console) const
 void ResolveCommand::showText(Console& console) const
 {
     console.show(changesText(changes.list, console.color()));
-
-    const int resolved = withOutcome(runs, Outcome::Resolved).size();
-    if (changes.list.isEmpty() && resolved > 0 && isDone) {
+    if (!linkRun || !changes.allKept) {
+        return;
+    }
+    if (changes.list.isEmpty() && linkRun->outcome == Outcome::Resolved) {
         console.show(QStringLiteral("Nothing changed.\n"));
     }
-    if (isAll && isDone) {
-        console.show(
-            QStringLiteral("%1 of %2 resolved.\n")
-                .arg(QString::number(resolved),
-                     counted(runs.size(), QStringLiteral("link"), QStringLiteral("links"))));
-    }
-    if (isDryRun && isDone) {
+    if (isDryRun) {
         console.show(QStringLiteral("Dry run: nothing was written.\n"));
     }
 }
 
 void ResolveCommand::writeDocument(Console& console, ExitCode exitCode) const
 {
-    JsonDocument json(QStringLiteral("resolve"), exitCode);
+    JsonDocument json(QStringLiteral("resolve"), resolveVersion);
     json.add(QStringLiteral("dryRun"), isDryRun);
-    json.add(QStringLiteral("all"), isAll);
+    json.add(QStringLiteral("all"), false);
     addChanges(json, changes.list);
-    addRuns(json, runs);
-    console.write(json);
+    addRuns(json, linkRun ? QList<LinkRun>{*linkRun} : QList<LinkRun>());
+    Summary summary;
+    if (linkRun) {
+        summary.count(linkRun->outcome);
+    }
+    summary.changed = countOf(changes.list);
+    summary.files = changes.files;
+    addSummary(json, summary);
+    console.write(json, exitCode);
 }
 
 } // namespace tools

@@ -7,9 +7,7 @@
 #include "tools/Command.h"
 #include "tools/Links.h"
 
-#include <QList>
-#include <QString>
-
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +23,6 @@ public:
 private:
     bool checkUsage(Console& console) const;
     ExitCode work(Console& console);
-    bool readLinks(const filehost::Workspace& workspace, Console& console);
     bool readArguments(Console& console);
     bool loadArguments(filehost::Session& session, Console& console) const;
 
@@ -41,13 +38,12 @@ private:
     bool isProcess = false;
     bool isAll = false;
     bool isDryRun = false;
+    std::optional<int> jobs;
 
-    // what came of it
-    QList<filehost::Link> links;
-    bool linksAreSound = true; ///< false when links.json has entries that cannot be used
-    QList<LinkRun> runs;
+    // what came of it, without --all
+    filehost::Link link{{}, {}, {}, false, {}, 0, 0};
+    std::optional<LinkRun> linkRun; ///< nothing when it could not be run
     Changes changes;
-    bool isDone = false;
 };
 
 } // namespace tools

@@ -97,7 +97,7 @@ ExitCode SetCommand::work(Console& console)
         return ExitCode::Failed;
     }
 
-    runLinks(*workspace, session, links, console);
+    runLinks(session, links, console);
     warnIfNotFlagged(*workspace, instance.name, runs.size(), console);
     changes = keepChanges(session, isDryRun, console);
     isDone = changes.allKept;
@@ -156,14 +156,13 @@ bool SetCommand::writeValue(const Workspace& workspace, Session& session, Consol
     return stored;
 }
 
-void SetCommand::runLinks(const Workspace& workspace, Session& session, const QList<Link>& links,
-                          Console& console)
+void SetCommand::runLinks(Session& session, const QList<Link>& links, Console& console)
 {
     if (instance.kind == Kind::Process) {
         return;
     }
 
-    LinkRunner runner(workspace, session, console);
+    LinkRunner runner(session, console);
     for (const Link& link : links) {
         if (link.source == instance.name) {
             runs.append(runner.run(link, {url}));
@@ -207,7 +206,7 @@ QString SetCommand::linksNote() const
 
 void SetCommand::writeDocument(Console& console, ExitCode exitCode) const
 {
-    JsonDocument json(QStringLiteral("set"), exitCode);
+    JsonDocument json(QStringLiteral("set"));
     json.add(QStringLiteral("dryRun"), isDryRun);
     json.add(QStringLiteral("instance"), QString::fromStdString(instanceArgument));
     json.add(QStringLiteral("process"), isProcess);
@@ -215,7 +214,7 @@ void SetCommand::writeDocument(Console& console, ExitCode exitCode) const
     json.add(QStringLiteral("value"), value);
     addChanges(json, changes.list);
     addRuns(json, runs);
-    console.write(json);
+    console.write(json, exitCode);
 }
 
 } // namespace tools

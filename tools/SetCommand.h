@@ -28,8 +28,7 @@ private:
     bool readArguments(Console& console);
     bool writeValue(const filehost::Workspace& workspace, filehost::Session& session,
                     Console& console);
-    void runLinks(const filehost::Workspace& workspace, filehost::Session& session,
-                  const QList<filehost::Link>& links, Console& console);
+    void runLinks(filehost::Session& session, const QList<filehost::Link>& links, Console& console);
 
     void showText(Console& console) const;
     QString linksNote() const;

@@ -126,12 +126,12 @@ ExitCode ShowCommand::showWorkspace(const std::optional<Workspace>& workspace, C
         listing = listingOf(*workspace, problems);
         console.report(problems);
     }
-    const ExitCode exitCode = console.diagnostics().isEmpty() ? ExitCode::Done : ExitCode::Failed;
+    const ExitCode exitCode = console.hasReported() ? ExitCode::Failed : ExitCode::Done;
 
     if (console.options().json) {
-        JsonDocument json(QStringLiteral("workspace"), exitCode);
+        JsonDocument json(QStringLiteral("workspace"));
         addListing(json, listing);
-        console.write(json);
+        console.write(json, exitCode);
     } else if (workspace) {
         console.show(listingText(listing, console.color()));
     }
@@ -184,7 +184,7 @@ QString ShowCommand::wantedUrl() const
 
 void ShowCommand::writeLeaves(const QList<Leaf>& leaves, Console& console, ExitCode exitCode) const
 {
-    JsonDocument json(QStringLiteral("show"), exitCode);
+    JsonDocument json(QStringLiteral("show"));
     json.add(QStringLiteral("instance"), QString::fromStdString(instanceArgument));
     json.add(QStringLiteral("process"), isProcess);
     json.add(QStringLiteral("url"), wantedUrl());
@@ -198,7 +198,7 @@ void ShowCommand::writeLeaves(const QList<Leaf>& leaves, Console& console, ExitC
             json.add(QStringLiteral("unit"), column.unit);
         });
     });
-    console.write(json);
+    console.write(json, exitCode);
 }
 
 } // namespace tools

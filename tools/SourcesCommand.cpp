@@ -90,12 +90,12 @@ QString SourcesCommand::text(bool color) const
 
 void SourcesCommand::writeDocument(Console& console, ExitCode exitCode) const
 {
-    JsonDocument json(QStringLiteral("sources"), exitCode);
+    JsonDocument json(QStringLiteral("sources"));
     json.addObjects(QStringLiteral("sources"), sources, [&json](const Source& source) {
         json.add(QStringLiteral("instance"), source.instance);
         json.add(QStringLiteral("links"), source.links);
     });
-    console.write(json);
+    console.write(json, exitCode);
 }
 
 } // namespace tools

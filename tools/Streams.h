@@ -11,6 +11,8 @@ struct Streams {
     std::ostream& err; ///< diagnostics
     bool outColor;
     bool errColor;
+    bool outIsTerminal = false;
+    int errWidth = 0; ///< the columns of the terminal that `err` is; 0 when it is none
 };
 
 /// Whether a stream gets color. `noColor` and `term` are the environment variables NO_COLOR and

@@ -11,6 +11,13 @@ namespace tools {
 
 namespace {
 
+constexpr ushort firstCombining = 0x0300;
+
+bool isControl(QChar character)
+{
+    return character.category() == QChar::Other_Control;
+}
+
 bool combines(uint codePoint)
 {
     const QChar::Category category = QChar::category(codePoint);
@@ -21,6 +28,10 @@ bool combines(uint codePoint)
 
 int displayWidth(const QString& text)
 {
+    const auto takesOneColumn = [](QChar character) { return character < QChar(firstCombining); };
+    if (std::all_of(text.begin(), text.end(), takesOneColumn)) {
+        return text.size();
+    }
     const QVector<uint> codePoints = text.toUcs4();
     return static_cast<int>(std::count_if(codePoints.begin(), codePoints.end(),
                                           [](uint codePoint) { return !combines(codePoint); }));
@@ -66,10 +77,13 @@ QString wrapped(const QString& text, int width)
 
 QString printable(const QString& text)
 {
+    if (std::none_of(text.begin(), text.end(), isControl)) {
+        return text;
+    }
     QString shown;
     shown.reserve(text.size());
     for (const QChar character : text) {
-        if (character.category() == QChar::Other_Control) {
+        if (isControl(character)) {
             shown += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
         } else {
             shown += character;

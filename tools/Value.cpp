@@ -23,12 +23,23 @@ bool isSyntaxError(const filehost::Problem& problem)
     return problem.code == filehost::Problem::Code::Syntax;
 }
 
+/// False for text that is no JSON at the first glance, which spares reading it.
+bool mayBeJson(QChar first)
+{
+    constexpr ushort byteOrderMark = 0xFEFF;
+    return first.isDigit() || first == QChar(byteOrderMark) ||
+           QLatin1String("-\"[{tfn").contains(first);
+}
+
 /// Whether text can stand without quotes and is still read as itself.
 bool meansItself(const QString& text)
 {
     const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == printable(text);
     if (!isPlain || text == noValue) {
         return false;
+    }
+    if (!mayBeJson(text.front())) {
+        return true;
     }
     QList<filehost::Problem> problems;
     const QVariant parsed = parseValue(text, problems);

@@ -128,7 +128,7 @@ TEST_F(JsonOutput, of_resolve_has_every_field)
                                QStringLiteral("--parameter"), QStringLiteral("Temperature")}));
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(shown(result.json()), shown(object(R"({
-        "format": "unitflow/resolve", "version": 1, "exitCode": 0, "dryRun": true, "all": false,
+        "format": "unitflow/resolve", "version": 2, "exitCode": 0, "dryRun": true, "all": false,
         "changes": [
             {"instance": "baking", "process": true, "url": "Limits/Temperature",
              "property": "@unitType", "before": null, "after": "°C", "columns": []}],
@@ -136,6 +136,8 @@ TEST_F(JsonOutput, of_resolve_has_every_field)
             {"source": "controller", "target": "baking", "dependency": "units", "process": true,
              "parameters": ["Limits", "Temperature"], "urls": [], "outcome": "resolved",
              "changed": true}],
+        "summary": {"resolved": 1, "unresolved": 0, "failed": 0, "left": 0, "leaves": 1,
+                    "instances": 1, "files": 0},
         "problems": []
     })")));
 }
@@ -178,6 +180,11 @@ TEST_F(JsonOutput, of_resolve_all_has_the_outcome_of_every_link)
     }
     EXPECT_EQ(outcomes, (QStringList{QStringLiteral("failed"), QStringLiteral("unresolved"),
                                      QStringLiteral("resolved")}));
+    EXPECT_EQ(shown(document[QStringLiteral("summary")].toObject()), shown(object(R"({
+        "resolved": 1, "unresolved": 1, "failed": 1, "left": 0, "leaves": 1, "instances": 1,
+        "files": 2
+    })")))
+        << "the files are that of the instance and the manifest";
 }
 
 TEST_F(JsonOutput, of_show_has_every_field)

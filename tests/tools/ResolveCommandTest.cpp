@@ -174,7 +174,8 @@ TEST_F(Resolve, all_names_each_link_that_failed_and_runs_the_others)
     EXPECT_EQ(result.exitCode, 1);
     expectGolden(QStringLiteral("resolve-all-failures"), result.err);
     EXPECT_TRUE(result.out.endsWith(QStringLiteral("1 leaf changed in 1 instance.\n"
-                                                   "1 of 4 links resolved.\n")))
+                                                   "1 of 4 links resolved, 1 not resolved, "
+                                                   "2 failed; 2 files written.\n")))
         << result.out.toStdString();
 }
 
@@ -249,6 +250,19 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{"all_and_a_parameter",
                {QStringLiteral("--all"), QStringLiteral("--parameter"), QStringLiteral("a")}},
         Misuse{"all_and_process", {QStringLiteral("--all"), QStringLiteral("--process")}},
+        Misuse{"no_job", {QStringLiteral("--all"), QStringLiteral("--jobs"), QStringLiteral("0")}},
+        Misuse{"less_than_no_job",
+               {QStringLiteral("--all"), QStringLiteral("--jobs"), QStringLiteral("-1")}},
+        Misuse{"jobs_that_are_no_number",
+               {QStringLiteral("--all"), QStringLiteral("--jobs"), QStringLiteral("many")}},
+        Misuse{"half_a_job",
+               {QStringLiteral("--all"), QStringLiteral("--jobs"), QStringLiteral("1.5")}},
+        Misuse{"far_too_many_jobs",
+               {QStringLiteral("--all"), QStringLiteral("--jobs"), QStringLiteral("9999999999")}},
+        Misuse{"jobs_without_a_number", {QStringLiteral("--all"), QStringLiteral("--jobs")}},
+        Misuse{"jobs_without_all",
+               {QStringLiteral("controller"), QStringLiteral("display"), QStringLiteral("units"),
+                QStringLiteral("--jobs"), QStringLiteral("2")}},
         Misuse{"a_url_without_text",
                {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
                 QStringLiteral("--url")}}),

@@ -1,96 +1,18 @@
-#include "Fixture.h"
+#include "ProgramFixture.h"
 #include "filehost/Session.h"
 #include "filehost/Workspace.h"
 
 #include <QProcess>
-#include <QProcessEnvironment>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <pty.h>
-#include <string>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
-
-const QString program = QStringLiteral(UNITFLOW_PROGRAM);
-
-Result resultOf(QProcess& process)
-{
-    EXPECT_TRUE(process.waitForFinished()) << process.errorString().toStdString();
-    const bool crashed = process.exitStatus() == QProcess::CrashExit;
-    return {crashed ? -1 : process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-Result runProgram(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    return resultOf(process);
-}
-
-/// Runs a line of shell in which "unitflow" is the program, in a folder.
-Result runShell(const QString& folder, const QString& line)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString bin = program.section(QLatin1Char('/'), 0, -2);
-    environment.insert(QStringLiteral("PATH"),
-                       bin + QLatin1Char(':') + environment.value(QStringLiteral("PATH")));
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(folder);
-    process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), line});
-    return resultOf(process);
-}
-
-QStringList on(const TestWorkspace& workspace, const QStringList& arguments)
-{
-    return QStringList{QStringLiteral("-C"), workspace.path()} + arguments;
-}
 
 QStringList setUnit(const QString& unit = QStringLiteral("°F"))
 {
     return {QStringLiteral("set"), QStringLiteral("controller"),
             QStringLiteral("Settings/TemperatureUnit"), unit};
-}
-
-/// What the program writes to a terminal. `environment` is a list of settings for the program
-/// `env`.
-std::string runOnTerminal(const QStringList& environment, const QStringList& arguments)
-{
-    const QStringList words =
-        QStringList{QStringLiteral("env"), QStringLiteral("-u"), QStringLiteral("NO_COLOR"),
-                    QStringLiteral("TERM=xterm")} +
-        environment + QStringList{program} + arguments;
-    std::vector<QByteArray> texts(static_cast<std::size_t>(words.size()));
-    std::transform(words.begin(), words.end(), texts.begin(),
-                   [](const QString& word) { return word.toUtf8(); });
-    std::vector<char*> pointers(texts.size() + 1, nullptr);
-    std::transform(texts.begin(), texts.end(), pointers.begin(),
-                   [](QByteArray& text) { return text.data(); });
-
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        execvp(pointers.front(), pointers.data());
-        _exit(127);
-    }
-    EXPECT_GT(child, 0);
-
-    std::string written;
-    std::array<char, 4096> buffer{};
-    for (ssize_t count = 0; (count = read(terminal, buffer.data(), buffer.size())) > 0;) {
-        written.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(terminal);
-    return written;
 }
 
 TEST(Program, keeps_data_and_diagnostics_apart)

@@ -1,0 +1,259 @@
+#include "tools/ResolveAll.h"
+
+#include "filehost/LinkPlan.h"
+#include "tools/Access.h"
+#include "tools/BulkRun.h"
+#include "tools/Changes.h"
+#include "tools/Console.h"
+#include "tools/Interruption.h"
+#include "tools/Progress.h"
+#include "tools/Text.h"
+
+#include <csignal>
+#include <utility>
+
+namespace tools {
+
+namespace {
+
+using filehost::Link;
+using filehost::LinkPlan;
+using filehost::Problem;
+using filehost::Session;
+using filehost::Workspace;
+
+Session::Access accessFor(bool isDryRun)
+{
+    return isDryRun ? Session::Access::Read : Session::Access::Write;
+}
+
+} // namespace
+
+ResolveAll::ResolveAll(Console& console, int jobs, bool isDryRun)
+    : console(console), jobs(jobs), isDryRun(isDryRun),
+      document(QStringLiteral("resolve"), resolveVersion)
+{}
+
+ExitCode ResolveAll::run()
+{
+    document.add(QStringLiteral("dryRun"), isDryRun);
+    document.add(QStringLiteral("all"), true);
+    document.beginList(QStringLiteral("changes"));
+    const ExitCode exitCode = work();
+    document.endList();
+
+    if (console.options().json) {
+        writeDocument(exitCode);
+    } else if (hasRun) {
+        showSummary();
+    }
+    return exitCode;
+}
+
+ExitCode ResolveAll::work()
+{
+    const std::optional<Workspace> workspace = openWorkspace(console);
+    if (!workspace || !readLinks(*workspace)) {
+        return ExitCode::Failed;
+    }
+    Session session(*workspace, accessFor(isDryRun));
+    if (!beginSession(session, console)) {
+        return ExitCode::Failed;
+    }
+
+    const Interruption interruption;
+    runLinks(session, interruption);
+    updateManifest(session);
+    summarize();
+    return exitCode(interruption.signal());
+}
+
+bool ResolveAll::readLinks(const Workspace& workspace)
+{
+    QList<Problem> problems;
+    links = workspace.links(problems);
+    console.report(problems);
+    linksAreSound = problems.isEmpty();
+    states.resize(static_cast<std::size_t>(links.size()));
+    return linksAreSound || !links.isEmpty();
+}
+
+void ResolveAll::runLinks(const Session& session, const Interruption& interruption)
+{
+    const auto start = ProgressReport::Clock::now();
+    const LinkPlan plan(session.workspace(), links);
+    BulkRun run({links, plan, session, accessFor(isDryRun), interruption}, jobs);
+    hasRun = run.hasJobs() || links.isEmpty();
+    if (!hasRun) {
+        console.complain(QStringLiteral("not even one thread could be started"),
+                         QStringLiteral("end other programs, or raise the limit of threads"));
+    }
+
+    ProgressReport progress(console, links.size(), start);
+    for (bool isLast = false; !isLast;) {
+        const ResultWindow::Batch batch = run.results().take(ProgressReport::interval);
+        if (batch.lastWords) {
+            console.report(*batch.lastWords);
+            run.results().confirmLastWords();
+        }
+        for (const LinkResult& result : batch.results) {
+            take(result);
+        }
+        showPending();
+        progress.update(batch.done, ProgressReport::Clock::now());
+        isLast = batch.isLast;
+    }
+    console.clearStatus();
+    for (const int link : run.results().undone()) {
+        states[static_cast<std::size_t>(link)] = {};
+    }
+    elapsed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(ProgressReport::Clock::now() - start);
+}
+
+void ResolveAll::take(const LinkResult& result)
+{
+    states[static_cast<std::size_t>(result.link)] = {result.outcome, result.changed};
+    if (!result.diagnostics.isEmpty() || result.outcome == Outcome::Unresolved) {
+        showPending(); // what was before it, on a terminal
+    }
+    for (const Diagnostic& diagnostic : result.diagnostics) {
+        console.report(diagnostic);
+    }
+    if (result.outcome == Outcome::Unresolved) {
+        complainAboutUnresolved(runOf(result.link), console);
+    }
+    for (const CompletedInstance& instance : result.completed) {
+        take(instance);
+    }
+}
+
+void ResolveAll::take(const CompletedInstance& instance)
+{
+    if (!instance.problems.isEmpty()) {
+        showPending();
+    }
+    console.report(instance.problems);
+    allKept = allKept && instance.problems.isEmpty();
+
+    const filehost::Completion& completion = instance.completion;
+    for (const ModifiedInstanceItem& item : completion.modifications) {
+        modified.insert(item.instanceName, item);
+    }
+    if (completion.changes.isEmpty()) {
+        return;
+    }
+    const ChangeCount count = countOf(completion.changes);
+    summary.changed.leaves += count.leaves;
+    summary.changed.instances += count.instances;
+    summary.files += isDryRun ? 0 : 1;
+    if (console.options().json) {
+        for (const filehost::LeafChange& change : completion.changes) {
+            document.addItem([&] { addChange(document, change); });
+        }
+    } else if (!console.options().quiet) {
+        pending += changeLines(completion.changes, console.color());
+    }
+}
+
+/// Many changes at once: each writing takes a call into the system.
+void ResolveAll::showPending()
+{
+    if (console.options().json) {
+        console.stream(document);
+    } else {
+        console.show(std::exchange(pending, {}));
+    }
+}
+
+/// Instances come to the manifest in the order in which links changed them, whichever job did.
+void ResolveAll::updateManifest(Session& session)
+{
+    QList<ModifiedInstanceItem> items;
+    for (int link = 0; link < links.size(); ++link) {
+        const auto item = modified.constFind(links[link].target);
+        if (states[static_cast<std::size_t>(link)].changed && item != modified.constEnd()) {
+            items.append(*item);
+            modified.erase(item);
+        }
+    }
+    session.adopt(items);
+    const Changes rest = keepChanges(session, isDryRun, console);
+    summary.files += rest.files;
+    allKept = allKept && rest.allKept;
+}
+
+void ResolveAll::summarize()
+{
+    for (const State& state : states) {
+        if (state.outcome) {
+            summary.count(*state.outcome);
+        } else {
+            ++summary.left;
+        }
+    }
+}
+
+ExitCode ResolveAll::exitCode(int signal) const
+{
+    if (!hasRun || (!allKept && summary.left == 0)) {
+        return ExitCode::Failed;
+    }
+    if (summary.left > 0) {
+        complainAboutInterruption();
+        return signal == SIGTERM ? ExitCode::Terminated : ExitCode::Interrupted;
+    }
+    return linksAreSound && summary.isAllResolved() ? ExitCode::Done : ExitCode::Unresolved;
+}
+
+void ResolveAll::complainAboutInterruption() const
+{
+    const QString advice = isDryRun ? QStringLiteral("nothing was written")
+                                    : QStringLiteral("what was done is kept; run the same command "
+                                                     "again to go on");
+    console.complain(
+        QStringLiteral("interrupted with %1 left of %2")
+            .arg(counted(summary.left, QStringLiteral("link"), QStringLiteral("links")),
+                 QString::number(summary.links())),
+        advice);
+}
+
+void ResolveAll::showSummary() const
+{
+    if (summary.changed.instances > 0) {
+        console.show(totalText(summary.changed));
+    } else if (summary.resolved > 0 && allKept && summary.left == 0) {
+        console.show(QStringLiteral("Nothing changed.\n"));
+    }
+
+    constexpr std::chrono::seconds worthTelling{1};
+    const QString time = console.isOnTerminal() && elapsed >= worthTelling
+                             ? QStringLiteral(" in %1").arg(durationText(elapsed))
+                             : QString();
+    console.show(linksText(summary) + time + QStringLiteral(".\n"));
+    if (isDryRun) {
+        console.show(QStringLiteral("Dry run: nothing was written.\n"));
+    }
+}
+
+void ResolveAll::writeDocument(ExitCode exitCode)
+{
+    document.beginList(QStringLiteral("links"));
+    for (int link = 0; link < links.size(); ++link) {
+        if (states[static_cast<std::size_t>(link)].outcome) {
+            document.addItem([&] { addRun(document, runOf(link)); });
+            console.stream(document);
+        }
+    }
+    document.endList();
+    addSummary(document, summary);
+    console.write(document, exitCode);
+}
+
+LinkRun ResolveAll::runOf(int link) const
+{
+    const State& state = states[static_cast<std::size_t>(link)];
+    return {links[link], {}, state.outcome.value_or(Outcome::Failed), state.changed};
+}
+
+} // namespace tools
