@@ -466,14 +466,22 @@ QList<LeafChange> Session::changes() const
     return changes;
 }
 
-bool Session::commit()
+bool Session::commit(const std::optional<Instance>& leader)
 {
     if (!d->mayWrite()) {
         return false;
     }
     QList<Problem> problems;
+    const auto isLeading = [&leader](const StoredFile* file) { return file->instance == leader; };
+    d->toCommit.sort([&](const StoredFile* left, const StoredFile* right) {
+        return isLeading(left) && !isLeading(right);
+    });
     for (StoredFile* file : d->toCommit) {
         d->commitFile(*file, problems);
+        if (isLeading(file) && !problems.isEmpty()) {
+            problems.last().message += QStringLiteral("; so nothing that follows it was written");
+            break;
+        }
     }
     d->commitManifest(problems);
     d->publishModifications();

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace filehost {
 
@@ -93,7 +94,10 @@ public:
     /// Writes each changed file: atomically, durably, and only the bytes that changed. False with a
     /// problem for each file that could not be written; the other files are written all the same.
     /// The manifest comes last, without what was to be noted for instances that were not written.
-    bool commit();
+    ///
+    /// When the others follow `leader` and its file could not be written, none of them is: nobody
+    /// is to follow what is not there.
+    bool commit(const std::optional<Instance>& leader = std::nullopt);
 
     /// For work on more instances than memory holds: ends the work on one. Writes its file like
     /// `commit`, which a session that may not write leaves out, tells what that changed, and

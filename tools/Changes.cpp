@@ -142,7 +142,8 @@ int commonWidth(const QStringList& texts)
 
 } // namespace
 
-Changes keepChanges(filehost::Session& session, bool dryRun, Console& console)
+Changes keepChanges(filehost::Session& session, bool dryRun, Console& console,
+                    const std::optional<filehost::Instance>& leader)
 {
     Changes changes{session.changes(), 0, true};
     changes.allKept = updateManifest(session.workspace(), session, console);
@@ -150,7 +151,7 @@ Changes keepChanges(filehost::Session& session, bool dryRun, Console& console)
         return changes;
     }
 
-    const bool allWritten = session.commit();
+    const bool allWritten = session.commit(leader);
     changes.files = session.writtenFiles();
     console.report(session.takeProblems());
     if (!allWritten) {

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace tools {
 
 class Console;
@@ -27,7 +29,8 @@ struct ChangeCount {
 /// Brings the manifest up to date and commits the session, unless this is a dry run, and reports
 /// what could not be written. The list holds what is in the files now or, in a dry run, would be;
 /// the manifest is not in it.
-Changes keepChanges(filehost::Session& session, bool dryRun, Console& console);
+Changes keepChanges(filehost::Session& session, bool dryRun, Console& console,
+                    const std::optional<filehost::Instance>& leader = std::nullopt);
 
 /// A line for each change, grouped by instance, and a total; for an array a line for each column.
 /// Empty without changes.

@@ -99,7 +99,7 @@ ExitCode SetCommand::work(Console& console)
 
     runLinks(session, links, console);
     warnIfNotFlagged(*workspace, instance.name, runs.size(), console);
-    changes = keepChanges(session, isDryRun, console);
+    changes = keepChanges(session, isDryRun, console, instance);
     isDone = changes.allKept;
     if (!changes.allKept) {
         return ExitCode::Failed;

@@ -392,6 +392,39 @@ TEST_F(Sessions, leave_a_file_alone_that_somebody_else_changed_and_write_the_oth
     EXPECT_EQ(session->changes().size(), 2) << "what was not written still differs";
 }
 
+TEST_F(Sessions, write_nothing_that_follows_an_instance_that_could_not_be_written)
+{
+    write("configuration/A.json", R"({"X": 1})");
+    write("configuration/B.json", R"({"X": 1})");
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    change(configurationOf("B"), "X", "@value", 2);
+    write("configuration/B.json", R"({"X": 7})");
+    EXPECT_FALSE(session->commit(configurationOf("B")));
+    const Problem problem = onlyProblem();
+    EXPECT_EQ(problem.code, Code::Conflict);
+    EXPECT_EQ(problem.file, QString("configuration/B.json"));
+    EXPECT_TRUE(problem.message.endsWith("so nothing that follows it was written"));
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 1})"));
+    EXPECT_EQ(session->changes().size(), 2);
+}
+
+TEST_F(Sessions, write_the_others_when_one_that_follows_could_not_be_written)
+{
+    for (const char* file : {"configuration/A.json", "configuration/B.json", "process/P.json"}) {
+        write(file, R"({"X": 1})");
+    }
+    begin();
+    change(configurationOf("A"), "X", "@value", 2);
+    change(configurationOf("B"), "X", "@value", 2);
+    change(processOf("P"), "X", "@value", 2);
+    write("configuration/B.json", R"({"X": 7})");
+    EXPECT_FALSE(session->commit(configurationOf("A")));
+    EXPECT_EQ(onlyProblem().file, QString("configuration/B.json"));
+    EXPECT_EQ(read("configuration/A.json"), QByteArray(R"({"X": 2})"));
+    EXPECT_EQ(read("process/P.json"), QByteArray(R"({"X": 2})"));
+}
+
 TEST_F(Sessions, write_in_the_order_in_which_instances_were_first_stored)
 {
     const QStringList order{"process/Z.json", "configuration/B.json", "configuration/A.json"};
