@@ -7,7 +7,7 @@ namespace patterns {
 namespace {
 
 /// Draws a round of one of several kinds: patterns of any shape, the same with one text in all of
-/// them, or patterns as people write them, many more of these.
+/// them, patterns that are nothing but text, or patterns as people write them.
 class RoundGenerator {
 public:
     explicit RoundGenerator(std::uint64_t seed) : random(seed) {}
@@ -32,8 +32,10 @@ private:
         const int kind = random.below(6);
         const QString shared = drawWord(random) + drawWord(random);
         for (int i = 0; i < patternsInRound; ++i) {
-            DrawnPattern drawn = kind == 0 ? usual(i) : drawPattern(random);
-            if (kind == 1) {
+            DrawnPattern drawn = kind == 0   ? usual(i)
+                                 : kind == 1 ? fewLetters()
+                                             : drawPattern(random);
+            if (kind == 2) {
                 drawn.pattern.prepend("\\Q" + shared + "\\E");
                 drawn.sample.prepend(shared);
             }
@@ -57,6 +59,23 @@ private:
         default:
             return {zone + '|' + leaf, leaf, {}};
         }
+    }
+
+    /// Text out of so few letters that many patterns have most of theirs in common.
+    DrawnPattern fewLetters()
+    {
+        static const QStringList alphabets{"ab", "abc", "a", QStringLiteral("a\u0161\u6161"),
+                                           QStringLiteral("\u0100\u0200\uFF00")};
+        const QString alphabet = random.oneOf(alphabets);
+        const auto drawText = [&](int most) {
+            QString text;
+            for (int length = random.between(1, most); length > 0; --length) {
+                text += random.oneOf(alphabet);
+            }
+            return text;
+        };
+        const QString text = drawText(random.pick({6, 12, 300}));
+        return {text, drawText(7) + text + drawText(7), {}};
     }
 
     void drawUrls(Round& round)
