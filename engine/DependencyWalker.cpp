@@ -10,6 +10,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 DependencyWalker::DependencyWalker() : patternIndex(std::make_unique<patterns::PatternIndex>()) {}
 
 DependencyWalker::DependencyWalker(const DependencyWalker& other)
@@ -140,24 +142,29 @@ bool DependencyWalker::traverseDependencyGraph(
     QVariantList parameters, const QSharedPointer<UnitManipulatorBase>& manipulator)
 {
     // A node calls the host, which may rebuild this walker and let go of what it handed over. So
-    // everything that is used after such a call is held here, the lists of nodes included.
+    // everything that is used after such a call is held here, the containers of the nodes included.
     const QString writtenUrl = url;
     const BaseClassSharedPointer source = sourceRoot;
     const BaseClassSharedPointer target = targetRoot;
     const QSharedPointer<UnitManipulatorBase> unitManipulator = manipulator;
     bool outcome = false;
-    const auto run = [&](const QList<QSharedPointer<NodeBase>>& nodes) {
-        for (const QSharedPointer<NodeBase>& node : nodes) {
-            if (!node.isNull() && node->traverseNode(source, target, writtenUrl, results, changed,
-                                                     parameters, unitManipulator)) {
-                outcome = true;
-            }
+    const auto run = [&](const QSharedPointer<NodeBase>& node) {
+        if (!node.isNull() && node->traverseNode(source, target, writtenUrl, results, changed,
+                                                 parameters, unitManipulator)) {
+            outcome = true;
         }
     };
+    const auto runAll = [&run](const QList<QSharedPointer<NodeBase>>& nodes) {
+        std::for_each(nodes.cbegin(), nodes.cend(), run);
+    };
 
-    run(urlNodeMap.values(writtenUrl));
-    run(patternIndex->matches(writtenUrl));
-    run(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
+    const QMultiHash<QString, QSharedPointer<NodeBase>> watchers = urlNodeMap;
+    for (auto watcher = watchers.constFind(writtenUrl);
+         watcher != watchers.cend() && watcher.key() == writtenUrl; ++watcher) {
+        run(watcher.value());
+    }
+    runAll(patternIndex->matches(writtenUrl));
+    runAll(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
     return outcome;
 }
 

@@ -16,6 +16,12 @@ QString urlPrefix(const QVariantList& parameters)
     return parameters.constFirst().toString();
 }
 
+/// `url` itself when there is nothing in front of it.
+QString prefixed(const QString& prefix, const QString& url)
+{
+    return prefix.isEmpty() && !url.isNull() ? url : prefix + url;
+}
+
 } // namespace
 
 CommandSetUnitProperties::CommandSetUnitProperties(const BaseClassSharedPointer& description)
@@ -48,7 +54,8 @@ bool CommandSetUnitProperties::executeCommand(
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
     bool commandResult = false;
     for (const UnitProperties& row : rows) {
-        const BaseClassSharedPointer leaf = targetRoot->getChildData(prefix + row.targetUrl);
+        const BaseClassSharedPointer leaf =
+            targetRoot->getChildData(prefixed(prefix, row.targetUrl));
         if (leaf.isNull() || row.unit.isEmpty()) {
             continue;
         }

@@ -59,4 +59,37 @@ TEST_F(GroupSubstitution, replaces_placeholders_by_what_was_captured)
     }
 }
 
+TEST_F(GroupSubstitution, shares_a_text_without_placeholders)
+{
+    const QString text = "A/Value";
+
+    EXPECT_EQ(
+        command.replaceMatchedGroups({"inst"}, QRegularExpression("(?<inst>.)").match("X"), text)
+            .constData(),
+        text.constData());
+}
+
+TEST_F(GroupSubstitution, replaces_like_a_plain_replacement_of_each_placeholder)
+{
+    const QRegularExpressionMatch match =
+        QRegularExpression("(?<a>.*),(?<ab>.*)").match("(?<a,(?<a>)");
+    for (const QStringList& names :
+         {QStringList{"a", "ab"}, QStringList{"ab", "a", "a"}, QStringList{"", "no"},
+          QStringList{"a>)(?<a", "a"}, QStringList{"(?<", ">)"}, QStringList{">)", "(?<a"}}) {
+        for (const char* text :
+             {"", "(?<a>)", "(?<a>)(?<a>)", "(?<ab>)(?<a>)", "(?<(?<a>)>)", "(?<a>)(?<a>)(?<a>)",
+              "(?<a)>)(?<a>", "(?<(?<>)", "(?<>)>)", "(?<no>)(?<a>", "(?<", "x(?<a>)y(?<ab>)z",
+              "(?<(?<a>)", "(?<a>)>)"}) {
+            QString replaced = text;
+            for (const QString& name : names) {
+                if (!name.isEmpty()) {
+                    replaced.replace("(?<" + name + ">)", match.captured(name));
+                }
+            }
+            SCOPED_TRACE((names.join(' ') + " in " + text).toStdString());
+            EXPECT_EQ(command.replaceMatchedGroups(names, match, text), replaced);
+        }
+    }
+}
+
 } // namespace

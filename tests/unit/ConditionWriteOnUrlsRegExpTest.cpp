@@ -78,6 +78,37 @@ TEST_F(WriteOnUrlsRegExp, meets_odd_urls_and_patterns_in_silence)
     EXPECT_TRUE(holds("[]", withNul));
 }
 
+TEST_F(WriteOnUrlsRegExp, holds_by_rows_that_are_added_later)
+{
+    ConditionWriteOnUrlsRegExp condition(table(R"([["^a"]])"));
+    EXPECT_FALSE(condition.checkCondition(nullptr, nullptr, "b"));
+    condition.initCondition(table(R"([["^b"]])"));
+    EXPECT_TRUE(condition.checkCondition(nullptr, nullptr, "b"));
+    EXPECT_TRUE(condition.checkCondition(nullptr, nullptr, "a"));
+    EXPECT_FALSE(condition.checkCondition(nullptr, nullptr, "c"));
+}
+
+/// A host's condition that takes its rows from elsewhere.
+class HostCondition : public ConditionWriteOnUrlsRegExp {
+public:
+    explicit HostCondition(const BaseClassSharedPointer& description)
+        : ConditionWriteOnUrlsRegExp(description)
+    {}
+    void take(const QStringList& patterns) { urls = patterns; }
+};
+
+TEST_F(WriteOnUrlsRegExp, holds_by_the_rows_that_a_derived_class_set)
+{
+    HostCondition condition(table(R"([["^a"], ["^b"]])"));
+    EXPECT_TRUE(condition.checkCondition(nullptr, nullptr, "b"));
+    condition.take({"^b", "^c", "^d"});
+    EXPECT_FALSE(condition.checkCondition(nullptr, nullptr, "a"));
+    EXPECT_TRUE(condition.checkCondition(nullptr, nullptr, "b"));
+    EXPECT_TRUE(condition.checkCondition(nullptr, nullptr, "d"));
+    condition.take({});
+    EXPECT_FALSE(condition.checkCondition(nullptr, nullptr, "b"));
+}
+
 TEST_F(WriteOnUrlsRegExp, looks_at_no_tree)
 {
     const ConditionWriteOnUrlsRegExp condition(table(R"([["a"]])"));
