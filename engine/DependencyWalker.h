@@ -26,9 +26,13 @@ class PatternIndex;
 /// (a watched URL that starts with "RE:"), or nothing at all, which makes a node unconditional.
 /// The walker is silent: bad input shows as a smaller graph or as a false result.
 ///
-/// A walker is used by one thread at a time. Copies share the nodes, which are never changed after
-/// they are built, and may be used by different threads. A build that stops early (null
-/// description, text that does not parse, file that does not open) leaves the graph as it was.
+/// What a write costs follows from the nodes that it runs, not from the size of the graph: URLs are
+/// hashed, and of the patterns only those are tried that may match.
+///
+/// A walker is used by one thread at a time. Copies are cheap and share the nodes, which are never
+/// changed after they are built; they may be used by different threads as far as the host's own
+/// classes allow it. A build that stops early (null description, text that does not parse, file
+/// that does not open) leaves the graph as it was.
 class UNITFLOW_EXPORT DependencyWalker {
 public:
     DependencyWalker();
@@ -67,7 +71,8 @@ public:
     QStringList getDependencyUrlList() const;
 
     /// Replaces `matches` by the nodes whose pattern finds a match anywhere in `url`, in build
-    /// order; a node under two such patterns is found twice. Invalid patterns find nothing.
+    /// order; a node under two such patterns is found twice. Invalid patterns find nothing. Costs a
+    /// match for each pattern that may match, and next to nothing for a URL asked about of late.
     void filterRegExpMatches(const QString& url, QList<QSharedPointer<NodeBase>>& matches) const;
 
     /// Runs every top-level node that `url` concerns: those that watch it (the last one built

@@ -4,6 +4,7 @@
 #include "DependencyWalkerDefinitions.h"
 #include "DependencyWalkerFactory.h"
 #include "internal/Children.h"
+#include "internal/WatchedUrls.h"
 
 namespace {
 
@@ -79,7 +80,7 @@ QStringList NodeBase::getConditionUrls() const
             }
         }
     }
-    urls.removeDuplicates();
+    internal::keepFirsts(urls);
     return urls;
 }
 

@@ -5,6 +5,9 @@
 
 namespace internal {
 
+/// Drops every text that stands in the list before.
+void keepFirsts(QStringList& texts);
+
 /// The URLs in order, each once.
 QStringList watchedUrls(const QStringList& urls);
 

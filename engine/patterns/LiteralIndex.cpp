@@ -13,20 +13,20 @@ namespace {
 constexpr int longestGram = 6;
 constexpr int shortestGram = 2;
 constexpr int packedUnits = 4;
-constexpr int longestLiteral = std::numeric_limits<quint16>::max();
+constexpr qsizetype longestLiteral = std::numeric_limits<quint16>::max();
 constexpr std::size_t largestFilter = 2048; // words: half of what a core keeps closest
 constexpr std::size_t largestCount = 65536;
 constexpr int unused = -1;
 
-/// The length of the grams for these literals; too short a one when they are too short. There must
+/// The length of the grams of an item; too short a one when its literals are too short. There must
 /// be two neighboring grams in the longest.
-int gramLengthFor(const QStringList& literals)
+int gramLengthFor(const Literals& literals, const LiteralIndex::Item& item)
 {
-    int length = 0;
-    for (const QString& literal : literals) {
-        length = std::max(length, literal.size());
+    qsizetype length = 0;
+    for (std::size_t index = item.firstLiteral; index < item.lastLiteral; ++index) {
+        length = std::max(length, literals.at(index).size());
     }
-    return std::min(length - 1, longestGram) / 2 * 2;
+    return int(std::min<qsizetype>(length - 1, longestGram)) / 2 * 2;
 }
 
 /// Up to four units as they are.
@@ -52,15 +52,25 @@ quint64 gramAt(const QChar* units)
     }
 }
 
-quint64 gramAt(const QChar* units, int length)
+template <int length, class Visit>
+void forEachGramOf(QStringView text, Visit visit)
+{
+    for (qsizetype offset = 0; offset + length <= text.size(); ++offset) {
+        visit(gramAt<length>(text.data() + offset), int(offset));
+    }
+}
+
+/// Calls `visit(gram, offset)` for each gram of a literal.
+template <class Visit>
+void forEachGram(QStringView text, int length, Visit visit)
 {
     switch (length) {
     case 6:
-        return gramAt<6>(units);
+        return forEachGramOf<6>(text, visit);
     case 4:
-        return gramAt<4>(units);
+        return forEachGramOf<4>(text, visit);
     default:
-        return gramAt<2>(units);
+        return forEachGramOf<2>(text, visit);
     }
 }
 
@@ -102,97 +112,100 @@ void makeDistinct(LiteralIndex::Numbers& numbers)
 /// only makes for a worse choice.
 class GramCounts {
 public:
-    explicit GramCounts(const std::vector<LiteralIndex::Item>& items)
+    GramCounts(const Literals& literals, const std::vector<LiteralIndex::Item>& items)
         : counts(std::min(largestCount, powerOfTwo(32 * items.size()))),
           shift(shiftFor(counts.size()))
     {
         for (const auto& item : items) {
-            const int length = gramLengthFor(item.literals);
-            for (const QString& literal : item.literals) {
-                for (int offset = 0; offset + length <= literal.size(); ++offset) {
-                    ++counts[placeOf(literal, offset, length)];
-                }
+            const int length = gramLengthFor(literals, item);
+            for (std::size_t index = item.firstLiteral; index < item.lastLiteral; ++index) {
+                forEachGram(literals.at(index), length,
+                            [this](quint64 gram, int) { ++counts[gram >> shift]; });
             }
         }
     }
 
-    int of(const QString& literal, int offset, int length) const
-    {
-        return counts[placeOf(literal, offset, length)];
-    }
+    int of(quint64 gram) const { return counts[gram >> shift]; }
 
 private:
-    std::size_t placeOf(const QString& literal, int offset, int length) const
-    {
-        return gramAt(literal.constData() + offset, length) >> shift;
-    }
-
     std::vector<int> counts;
     int shift;
 };
 
-/// The grams under which a number is entered, and the one that is compared before all else.
+/// Where an item is entered.
 struct Choice {
-    QString literal;
-    int offset = 0; // of the first of the two neighbors
+    QStringView literal;
+    int offset = 0; // of the first of the two neighboring grams
     int checkedOffset = 0;
 };
 
-/// The pair that stands in the fewest literals, and the rarest other gram around it.
-Choice choose(const QStringList& literals, int length, const GramCounts& counts)
+/// The pair of neighbors that stands in the fewest literals, and the rarest gram beside it.
+Choice choose(const Literals& literals, const LiteralIndex::Item& item, int length,
+              const GramCounts& counts)
 {
     Choice choice;
     int lowest = std::numeric_limits<int>::max();
-    for (const QString& whole : literals) {
-        const QString literal = whole.left(longestLiteral);
-        for (int offset = 0; offset + 1 + length <= literal.size(); ++offset) {
-            const int count =
-                counts.of(literal, offset, length) + counts.of(literal, offset + 1, length);
+    for (std::size_t index = item.firstLiteral; index < item.lastLiteral; ++index) {
+        const QStringView literal =
+            literals.at(index).left(std::min(literals.at(index).size(), longestLiteral));
+        int before = 0;
+        forEachGram(literal, length, [&](quint64 gram, int offset) {
+            const int count = counts.of(gram);
+            const int ofBoth = before + count;
+            before = count;
             // A longer literal says more when the check comes to it.
-            if (count < lowest || (count == lowest && literal.size() > choice.literal.size())) {
-                lowest = count;
-                choice = {literal, offset, offset};
+            if (offset > 0 &&
+                (ofBoth < lowest || (ofBoth == lowest && literal.size() > choice.literal.size()))) {
+                lowest = ofBoth;
+                choice = {literal, offset - 1, offset - 1};
             }
-        }
+        });
     }
     lowest = std::numeric_limits<int>::max();
-    for (int offset = 0; offset + length <= choice.literal.size(); ++offset) {
-        const int count = counts.of(choice.literal, offset, length);
+    forEachGram(choice.literal, length, [&](quint64 gram, int offset) {
+        const int count = counts.of(gram);
         if (count < lowest && offset != choice.offset && offset != choice.offset + 1) {
             lowest = count;
             choice.checkedOffset = offset;
         }
-    }
+    });
     return choice;
 }
 
 } // namespace
 
-bool LiteralIndex::canHold(const QStringList& literals)
+bool LiteralIndex::canHold(const Literals& literals, const Item& item)
 {
-    return gramLengthFor(literals) >= shortestGram;
+    return gramLengthFor(literals, item) >= shortestGram;
 }
 
-LiteralIndex::LiteralIndex(const std::vector<Item>& items)
+LiteralIndex::LiteralIndex(const Literals& literals, const std::vector<Item>& items)
 {
-    const GramCounts counts(items);
+    const GramCounts counts(literals, items);
     entries.reserve(2 * items.size());
     for (const Item& item : items) {
-        const int length = gramLengthFor(item.literals);
-        const Choice choice = choose(item.literals, length, counts);
-        const QChar* const units = choice.literal.constData();
-        const QChar* const checked = units + choice.checkedOffset;
-        for (const int offset : {choice.offset, choice.offset + 1}) {
-            entries.push_back({gramAt(units + offset, length),
-                               length < packedUnits ? unitsAt<shortestGram>(checked)
-                                                    : unitsAt<packedUnits>(checked),
-                               item.number, literals.size(), quint16(choice.literal.size()),
-                               quint16(length), quint16(offset), quint16(choice.checkedOffset)});
-        }
-        literals.append(choice.literal);
+        const int length = gramLengthFor(literals, item);
+        const Choice choice = choose(literals, item, length, counts);
+        const QChar* const checked = choice.literal.data() + choice.checkedOffset;
+        Entry entry{0,
+                    length < packedUnits ? unitsAt<shortestGram>(checked)
+                                         : unitsAt<packedUnits>(checked),
+                    item.number,
+                    entered.size(),
+                    quint16(choice.literal.size()),
+                    quint16(length),
+                    0,
+                    quint16(choice.checkedOffset)};
+        forEachGram(choice.literal.mid(choice.offset, length + 1), length,
+                    [&](Gram gram, int offset) {
+                        entry.gram = gram;
+                        entry.gramOffset = quint16(choice.offset + offset);
+                        entries.push_back(entry);
+                    });
+        entered.append(choice.literal.data(), int(choice.literal.size()));
         hasLength.at(std::size_t(length)) = true;
     }
-    literals.squeeze();
+    entered.squeeze();
     std::sort(entries.begin(), entries.end(),
               [](const Entry& left, const Entry& right) { return left.gram < right.gram; });
     fillTable();
@@ -288,8 +301,7 @@ bool LiteralIndex::stands(const Entry& entry, const QString& text, int start) co
     const QChar* const units = text.constData() + start;
     return unitsAt<std::min(length, packedUnits)>(units + entry.checkedOffset) ==
                entry.checkedUnits &&
-           std::memcmp(units, literals.constData() + entry.start, entry.length * sizeof(QChar)) ==
-               0;
+           std::memcmp(units, entered.constData() + entry.start, entry.length * sizeof(QChar)) == 0;
 }
 
 } // namespace patterns

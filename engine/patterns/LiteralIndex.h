@@ -1,8 +1,9 @@
 #ifndef UNITFLOW_PATTERNS_LITERALINDEX_H
 #define UNITFLOW_PATTERNS_LITERALINDEX_H
 
+#include "patterns/Literals.h"
+
 #include <QString>
-#include <QStringList>
 #include <QVarLengthArray>
 
 #include <array>
@@ -22,18 +23,20 @@ class LiteralIndex {
 public:
     using Numbers = QVarLengthArray<int, 64>;
 
+    /// A number, and which of many literals are its own: each of them stands in every text that
+    /// the number is to be found in.
     struct Item {
         int number = 0; ///< distinct
-        /// Each of them stands in every text that the number is to be found in.
-        QStringList literals;
+        std::size_t firstLiteral = 0;
+        std::size_t lastLiteral = 0; ///< the one behind the last
     };
 
-    /// Whether there is enough in the literals to enter a number under.
-    static bool canHold(const QStringList& literals);
+    /// Whether the item's literals are long enough to enter it under.
+    static bool canHold(const Literals& literals, const Item& item);
 
     LiteralIndex() = default;
-    /// The index can hold every item. Costs one pass over the literals and one sort.
-    explicit LiteralIndex(const std::vector<Item>& items);
+    /// The index can hold every item. Costs a few passes over the literals and one sort.
+    LiteralIndex(const Literals& literals, const std::vector<Item>& items);
 
     /// The numbers whose literals all stand in `text`, in ascending order, each once; and maybe
     /// others. None of the former is ever left out.
@@ -49,7 +52,7 @@ private:
         Gram gram;
         quint64 checkedUnits; // of the literal; they tell most of those apart that share the gram
         int number;
-        int start; // of the literal in `literals`
+        int start; // of the literal in `entered`
         quint16 length;
         quint16 gramLength;
         quint16 gramOffset; // in the literal
@@ -67,7 +70,7 @@ private:
 
     std::array<bool, 7> hasLength{}; // whether there are grams of a length
     std::vector<Entry> entries;      // by gram
-    QString literals;                // of the entries, run together
+    QString entered;                 // the literals of the entries, run together
     std::vector<int> table;          // the first entry of each gram; open addressing
     std::vector<quint64> filter;     // two bits for each gram in the table, in one word
     int tableShift = 0;

@@ -61,13 +61,14 @@ void PatternIndex::Patterns::add(const QString& text, const QSharedPointer<NodeB
 {
     const int place = int(nextPlaces.size());
     nextPlaces.push_back(none);
-    const auto known = numbersSinceSeal.constFind(text);
-    if (known == numbersSinceSeal.constEnd()) {
-        numbersSinceSeal.insert(text, int(patterns.size()));
+    const int countBefore = numbersSinceSeal.size();
+    int& number = numbersSinceSeal[text];
+    if (numbersSinceSeal.size() > countBefore) {
+        number = int(patterns.size());
         patterns.push_back({Pattern(text), {node}, place, place});
         return;
     }
-    Watched& watched = patterns[std::size_t(known.value())];
+    Watched& watched = patterns[std::size_t(number)];
     watched.nodes.append(node);
     nextPlaces[std::size_t(watched.lastPlace)] = place;
     watched.lastPlace = place;
@@ -75,18 +76,21 @@ void PatternIndex::Patterns::add(const QString& text, const QSharedPointer<NodeB
 
 void PatternIndex::Patterns::seal()
 {
+    Literals literals;
     std::vector<LiteralIndex::Item> items;
     items.reserve(patterns.size());
     alwaysTried.clear();
     for (int number = 0; number < int(patterns.size()); ++number) {
-        const QStringList literals = requiredLiterals(patterns[std::size_t(number)].pattern.text());
-        if (LiteralIndex::canHold(literals)) {
-            items.push_back({number, literals});
+        const std::size_t first = literals.size();
+        addRequiredLiterals(patterns[std::size_t(number)].pattern.text(), literals);
+        const LiteralIndex::Item item{number, first, literals.size()};
+        if (LiteralIndex::canHold(literals, item)) {
+            items.push_back(item);
         } else {
             alwaysTried.push_back(number);
         }
     }
-    index = LiteralIndex(items);
+    index = LiteralIndex(literals, items);
     sealedCount = patterns.size();
     patterns.shrink_to_fit();
     nextPlaces.shrink_to_fit();

@@ -1,8 +1,6 @@
 #include "patterns/RequiredLiteral.h"
 
-#include <cstddef>
 #include <optional>
-#include <vector>
 
 namespace patterns {
 
@@ -26,6 +24,33 @@ bool isWordUnit(QChar unit)
     return isDigit(unit) || isAsciiLetter(unit) || unit == QLatin1Char('_');
 }
 
+bool standsForItself(QChar unit)
+{
+    switch (unit.unicode()) {
+    case u'\\':
+    case u'^':
+    case u'$':
+    case u'.':
+    case u'[':
+    case u'|':
+    case u'(':
+    case u')':
+    case u'*':
+    case u'+':
+    case u'?':
+    case u'{':
+        return false;
+    default:
+        return !unit.isSurrogate(); // a quantifier would concern two of them
+    }
+}
+
+bool startsQuantifier(QChar unit)
+{
+    return unit == QLatin1Char('*') || unit == QLatin1Char('+') || unit == QLatin1Char('?') ||
+           unit == QLatin1Char('{');
+}
+
 /// Whether a backslash before `unit` takes every meaning from it.
 bool isQuotable(QChar unit)
 {
@@ -34,35 +59,19 @@ bool isQuotable(QChar unit)
 }
 
 /// Reads a pattern from left to right and collects the units that a match cannot do without.
-/// Units that follow each other in the pattern follow each other in the text, unless a run ends
+/// Units that follow each other in the pattern follow each other in the text, unless a text ends
 /// between them. Each reading function returns false when it met what it does not know.
 class Reader {
 public:
-    explicit Reader(const QString& pattern) : pattern(pattern) {}
+    Reader(const QString& pattern, Literals& literals)
+        : at(pattern.constData()), end(at + pattern.size()), literals(literals)
+    {}
 
-    QStringList read()
-    {
-        if (!readAlternatives(0) || !atEnd()) {
-            return {};
-        }
-        endRun();
-        QStringList literals;
-        int start = 0;
-        for (const int end : ends) {
-            literals.append(units.mid(start, end - start));
-            start = end;
-        }
-        return literals;
-    }
+    bool read() { return readAlternatives(0) && atEnd(); }
 
 private:
-    struct Mark {
-        int unitCount;
-        std::size_t runCount;
-    };
-
-    bool atEnd() const { return at >= pattern.size(); }
-    bool isAt(char character) const { return !atEnd() && pattern.at(at) == QLatin1Char(character); }
+    bool atEnd() const { return at == end; }
+    bool isAt(char character) const { return !atEnd() && *at == QLatin1Char(character); }
     bool skip(char character)
     {
         const bool skipped = isAt(character);
@@ -70,26 +79,12 @@ private:
         return skipped;
     }
 
-    Mark mark() const { return {units.size(), ends.size()}; }
-    void endRun()
-    {
-        if (units.size() > (ends.empty() ? 0 : ends.back())) {
-            ends.push_back(units.size());
-        }
-    }
-    void forgetSince(const Mark& before)
-    {
-        units.truncate(before.unitCount);
-        ends.resize(before.runCount);
-        endRun();
-    }
-
     /// Up to the end of the pattern or the bracket that closes the group.
     bool readAlternatives(int depth)
     {
-        const Mark before = mark();
+        const Literals::Mark before = literals.mark();
         bool severalAlternatives = false;
-        while (!atEnd() && !isAt(')')) {
+        for (takeUnits(); !atEnd() && !isAt(')'); takeUnits()) {
             if (skip('|')) {
                 severalAlternatives = true;
             } else if (!readItem(depth)) {
@@ -97,15 +92,28 @@ private:
             }
         }
         if (severalAlternatives) {
-            forgetSince(before);
+            literals.forgetSince(before);
         }
         return true;
     }
 
+    /// Takes as many units as stand for themselves alone.
+    void takeUnits()
+    {
+        const QChar* const start = at;
+        while (!atEnd() && standsForItself(*at)) {
+            ++at;
+        }
+        if (at > start && !atEnd() && startsQuantifier(*at)) {
+            --at;
+        }
+        literals.append(start, at);
+    }
+
     bool readItem(int depth)
     {
-        const Mark before = mark();
-        const QChar unit = pattern.at(at);
+        const Literals::Mark before = literals.mark();
+        const QChar unit = *at;
         switch (unit.unicode()) {
         case u'(':
             return readGroup(depth) && readQuantifier(before);
@@ -121,22 +129,17 @@ private:
         case u'.':
         case u'^':
         case u'$':
-            endRun();
+            literals.endText();
             break;
         default:
-            takeUnit(unit);
+            if (unit.isSurrogate()) {
+                literals.endText();
+            } else {
+                literals.append(at, at + 1);
+            }
         }
         ++at;
         return readQuantifier(before);
-    }
-
-    void takeUnit(QChar unit)
-    {
-        if (unit.isSurrogate()) {
-            endRun(); // a quantifier would concern two of them
-        } else {
-            units.append(unit);
-        }
     }
 
     bool readEscape()
@@ -145,23 +148,23 @@ private:
         if (atEnd()) {
             return false;
         }
-        const QChar unit = pattern.at(at++);
+        const QChar unit = *at++;
         if (isQuotable(unit)) {
-            units.append(unit);
+            literals.append(at - 1, at);
             return true;
         }
-        endRun();
+        literals.endText();
         return QLatin1String("dDwWsShHvVRbBAzZK").contains(unit);
     }
 
     bool readClass()
     {
-        endRun();
+        literals.endText();
         ++at;
         skip('^');
         skip(']'); // is no end at the beginning
         while (!atEnd()) {
-            const QChar unit = pattern.at(at++);
+            const QChar unit = *at++;
             if (unit == QLatin1Char(']')) {
                 return true;
             }
@@ -180,7 +183,7 @@ private:
         if (atEnd()) {
             return false;
         }
-        const QChar unit = pattern.at(at++);
+        const QChar unit = *at++;
         return isQuotable(unit) || QLatin1String("dDwWsShHvVb").contains(unit);
     }
 
@@ -194,12 +197,12 @@ private:
         if (skip('?') && !readGroupKind(consumes)) {
             return false;
         }
-        const Mark before = mark();
+        const Literals::Mark before = literals.mark();
         if (!readAlternatives(depth + 1) || !skip(')')) {
             return false;
         }
         if (!consumes) {
-            forgetSince(before);
+            literals.forgetSince(before);
         }
         return true;
     }
@@ -224,33 +227,37 @@ private:
         return mayBeNamed && readName('>');
     }
 
-    bool readName(char end)
+    bool readName(char closing)
     {
-        const int start = at;
-        while (!atEnd() && isWordUnit(pattern.at(at))) {
+        const QChar* const start = at;
+        while (!atEnd() && isWordUnit(*at)) {
             ++at;
         }
-        return at > start && !isDigit(pattern.at(start)) && skip(end);
+        return at > start && !isDigit(*start) && skip(closing);
     }
 
     /// The quantifier of what was read since `before`, if there is one.
-    bool readQuantifier(const Mark& before)
+    bool readQuantifier(const Literals::Mark& before)
     {
+        if (atEnd() || !startsQuantifier(*at)) {
+            return true;
+        }
         const std::optional<bool> optional = readMinimum();
         if (!optional) {
-            return !isAt('{');
+            return false;
         }
         if (!skip('?')) {
             skip('+');
         }
         if (*optional) {
-            forgetSince(before);
+            literals.forgetSince(before);
         }
-        endRun(); // the next unit follows the last repetition, which need not be the first
+        literals
+            .endText(); // the next unit follows the last repetition, which need not be the first
         return true;
     }
 
-    /// Whether a quantifier allows no repetition at all; nothing when there is no quantifier.
+    /// Whether a quantifier allows no repetition at all; nothing when braces are none.
     std::optional<bool> readMinimum()
     {
         if (skip('*') || skip('?')) {
@@ -259,46 +266,44 @@ private:
         if (skip('+')) {
             return false;
         }
-        return isAt('{') ? readBraces() : std::nullopt;
+        return readBraces();
     }
 
-    /// {n}, {n,} or {n,m}; at the brace again when it is anything else.
+    /// {n}, {n,} or {n,m}.
     std::optional<bool> readBraces()
     {
-        const int start = at++;
-        const int minimumStart = at;
+        const QChar* const start = ++at;
         skipDigits();
-        const QStringRef minimum = pattern.midRef(minimumStart, at - minimumStart);
+        bool ok = false;
+        const bool none = QString(start, int(at - start)).toUShort(&ok) == 0;
         if (skip(',')) {
             skipDigits();
         }
-        bool ok = false;
-        const bool none = minimum.toUShort(&ok) == 0;
-        if (!ok || !skip('}')) {
-            at = start;
-            return std::nullopt;
-        }
-        return none;
+        return ok && skip('}') ? std::optional(none) : std::nullopt;
     }
 
     void skipDigits()
     {
-        while (!atEnd() && isDigit(pattern.at(at))) {
+        while (!atEnd() && isDigit(*at)) {
             ++at;
         }
     }
 
-    const QString& pattern;
-    int at = 0;
-    QString units;
-    std::vector<int> ends; // of the runs, as counts of units
+    const QChar* at;
+    const QChar* const end;
+    Literals& literals;
 };
 
 } // namespace
 
-QStringList requiredLiterals(const QString& pattern)
+void addRequiredLiterals(const QString& pattern, Literals& literals)
 {
-    return Reader(pattern).read();
+    const Literals::Mark before = literals.mark();
+    if (Reader(pattern, literals).read()) {
+        literals.endText();
+    } else {
+        literals.forgetSince(before);
+    }
 }
 
 } // namespace patterns

@@ -11,13 +11,38 @@ using patterns::LiteralIndex;
 
 namespace {
 
-std::vector<LiteralIndex::Item> itemsOf(const QList<QStringList>& literals)
-{
+/// What an index is made of.
+struct Numbered {
+    patterns::Literals literals;
     std::vector<LiteralIndex::Item> items;
-    for (const QStringList& ofOne : literals) {
-        items.push_back({int(items.size()), ofOne});
+
+    void add(const QStringList& texts)
+    {
+        const std::size_t first = literals.size();
+        for (const QString& text : texts) {
+            literals.append(text.begin(), text.end());
+            literals.endText();
+        }
+        items.push_back({int(items.size()), first, literals.size()});
     }
-    return items;
+};
+
+/// Holds each list of literals under its place.
+LiteralIndex indexOf(const QList<QStringList>& literals)
+{
+    Numbered numbered;
+    for (const QStringList& ofOne : literals) {
+        numbered.add(ofOne);
+    }
+    return {numbered.literals, numbered.items};
+}
+
+bool canHold(const QStringList& literals)
+{
+    Numbered numbered;
+    numbered.add({"something else"});
+    numbered.add(literals);
+    return LiteralIndex::canHold(numbered.literals, numbered.items.back());
 }
 
 QList<int> find(const LiteralIndex& index, const QString& text)
@@ -31,7 +56,7 @@ QList<int> find(const LiteralIndex& index, const QString& text)
 
 QList<int> find(const QList<QStringList>& literals, const QString& text)
 {
-    return find(LiteralIndex(itemsOf(literals)), text);
+    return find(indexOf(literals), text);
 }
 
 bool standAll(const QStringList& literals, const QString& text)
@@ -64,7 +89,7 @@ TEST(LiteralIndex, finds_literals_of_every_length_at_every_place)
     const QString alphabet = "abcdefghijklmnopqrstuvwxyz";
     for (int length = 3; length <= alphabet.size(); ++length) {
         const QString literal = alphabet.left(length);
-        const LiteralIndex index(itemsOf({{literal}, {"0123456789"}}));
+        const LiteralIndex index = indexOf({{literal}, {"0123456789"}});
         for (int before = 0; before < 10; ++before) {
             SCOPED_TRACE(testing::Message() << length << " units after " << before);
             EXPECT_EQ(find(index, QString(before, '-') + literal), QList<int>{0});
@@ -77,10 +102,10 @@ TEST(LiteralIndex, finds_literals_of_every_length_at_every_place)
 
 TEST(LiteralIndex, can_hold_what_has_two_pairs_of_units_in_a_row)
 {
-    EXPECT_FALSE(LiteralIndex::canHold({}));
-    EXPECT_FALSE(LiteralIndex::canHold({"", "a", "ab"}));
-    EXPECT_TRUE(LiteralIndex::canHold({"abc"}));
-    EXPECT_TRUE(LiteralIndex::canHold({"a", "abcdefghij", ""}));
+    EXPECT_FALSE(canHold({}));
+    EXPECT_FALSE(canHold({"", "a", "ab"}));
+    EXPECT_TRUE(canHold({"abc"}));
+    EXPECT_TRUE(canHold({"a", "abcdefghij", ""}));
 }
 
 TEST(LiteralIndex, needs_only_one_literal_that_is_long_enough)
@@ -97,7 +122,7 @@ TEST(LiteralIndex, looks_at_few_of_many)
     for (int i = 0; i < 2000; ++i) {
         literals.append({"/Sensor" + QString::number(i) + "/Value"});
     }
-    const LiteralIndex index(itemsOf(literals));
+    const LiteralIndex index = indexOf(literals);
     for (const int i : {0, 7, 42, 1234, 1999}) {
         EXPECT_EQ(find(index, QString("Plant/Sensor%1/Value").arg(i)), QList<int>{i});
     }
@@ -112,7 +137,7 @@ TEST(LiteralIndex, finds_all_that_share_a_literal_in_ascending_order)
         literals.append({"/Common/Value"});
         all.append(i);
     }
-    const LiteralIndex index(itemsOf(literals));
+    const LiteralIndex index = indexOf(literals);
     EXPECT_EQ(find(index, "Plant/Common/Value"), all);
     EXPECT_EQ(find(index, "Plants/Common/Value"), all);
     EXPECT_EQ(find(index, "Plant/Common/Val"), QList<int>());
@@ -120,7 +145,7 @@ TEST(LiteralIndex, finds_all_that_share_a_literal_in_ascending_order)
 
 TEST(LiteralIndex, finds_a_number_once_however_often_its_literal_stands_in_the_text)
 {
-    const LiteralIndex index(itemsOf({{"aaaa"}, {"abab"}, {"aaaaaaaaaa"}}));
+    const LiteralIndex index = indexOf({{"aaaa"}, {"abab"}, {"aaaaaaaaaa"}});
 
     EXPECT_EQ(find(index, QString(10000, 'a')), (QList<int>{0, 2}));
     EXPECT_EQ(find(index, QString("ab").repeated(10000)), QList<int>{1});
@@ -146,7 +171,7 @@ TEST(LiteralIndex, tells_units_apart_by_all_their_bits)
 TEST(LiteralIndex, takes_a_literal_of_any_length)
 {
     const QString literal = QString("0123456789abcdef").repeated(10000);
-    const LiteralIndex index(itemsOf({{literal}, {"fedcba"}}));
+    const LiteralIndex index = indexOf({{literal}, {"fedcba"}});
 
     EXPECT_EQ(find(index, '-' + literal), QList<int>{0});
     EXPECT_EQ(find(index, literal + "fedcba"), (QList<int>{0, 1}));
@@ -167,11 +192,11 @@ TEST(LiteralIndex, leaves_out_no_number_whatever_the_literals)
         QList<QStringList> literals;
         while (literals.size() < 40) {
             const QStringList ofOne{randomText(9), randomText(4)};
-            if (LiteralIndex::canHold(ofOne)) {
+            if (canHold(ofOne)) {
                 literals.append(ofOne);
             }
         }
-        const LiteralIndex index(itemsOf(literals));
+        const LiteralIndex index = indexOf(literals);
         for (int i = 0; i < 20; ++i) {
             const QString text = randomText(60);
             const QList<int> numbers = find(index, text);

@@ -7,9 +7,18 @@
 
 #include <vector>
 
-using patterns::requiredLiterals;
-
 namespace {
+
+QStringList requiredLiterals(const QString& pattern)
+{
+    patterns::Literals literals;
+    patterns::addRequiredLiterals(pattern, literals);
+    QStringList texts;
+    for (std::size_t index = 0; index < literals.size(); ++index) {
+        texts.append(literals.at(index).toString());
+    }
+    return texts;
+}
 
 struct Row {
     const char* title;
@@ -189,6 +198,18 @@ TEST(RequiredLiterals, are_the_texts_that_a_match_cannot_do_without)
         EXPECT_EQ(requiredLiterals(row.pattern), row.literals);
     }
     EXPECT_EQ(requiredLiterals(nested(250)), QStringList{"a"});
+}
+
+TEST(RequiredLiterals, are_added_to_those_of_other_patterns)
+{
+    patterns::Literals literals;
+    for (const char* pattern : {"a.b", "(?i)c", "d|e", "", "f"}) {
+        patterns::addRequiredLiterals(pattern, literals);
+    }
+    ASSERT_EQ(literals.size(), 3U);
+    EXPECT_EQ(literals.at(0), QString("a"));
+    EXPECT_EQ(literals.at(1), QString("b"));
+    EXPECT_EQ(literals.at(2), QString("f"));
 }
 
 TEST(RequiredLiterals, are_none_when_anything_is_not_understood)
