@@ -106,7 +106,7 @@ LinkPlan::LinkPlan(const Workspace& workspace, const QList<Link>& links)
         }
     }
 
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    constexpr auto none = static_cast<std::size_t>(-1);
     std::vector<std::size_t> unitOfSet(numbers.count(), none);
     for (std::size_t link = 0; link < ends.size(); ++link) {
         const Ends& end = ends[link];

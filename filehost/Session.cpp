@@ -85,7 +85,7 @@ public:
     /// is refused.
     StoredFile* fileOf(const Instance& instance);
     const File* placeOf(const Instance& instance, QList<Problem>& refused);
-    void read(StoredFile& file);
+    void read(StoredFile& file) const;
     bool commitFile(StoredFile& file, QList<Problem>& failures);
     void commitManifest(QList<Problem>& failures);
     void publishModifications();
@@ -165,7 +165,7 @@ const File* Session::Private::placeOf(const Instance& instance, QList<Problem>& 
     return &places.emplace(instance, place).first->second;
 }
 
-void Session::Private::read(StoredFile& file)
+void Session::Private::read(StoredFile& file) const
 {
     file.inFile = readTree(file.file, file.whyNot);
     file.stored = file.inFile;
@@ -390,7 +390,7 @@ BaseClassSharedPointer Session::load(const Instance& instance)
 BaseClassSharedPointer Session::view(const Instance& instance)
 {
     StoredFile* const file = d->fileOf(instance);
-    if (file != nullptr && file->stored && file->view) {
+    if (file != nullptr && file->stored && !file->view.isNull()) {
         return file->view;
     }
     BaseClassSharedPointer tree = load(instance);

@@ -15,7 +15,6 @@ namespace {
 
 using filehost::Instance;
 using filehost::Link;
-using filehost::LinkPlan;
 
 constexpr std::size_t mostWaiting = 256; // results; each may hold the changes of an instance
 

@@ -29,7 +29,7 @@ private:
         struct sigaction before;
     };
 
-    void handle(Handled& handled, void (*handler)(int));
+    static void handle(Handled& each, void (*handler)(int));
 
     std::array<Handled, 3> handled;
 };

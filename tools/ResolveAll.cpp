@@ -16,7 +16,6 @@ namespace tools {
 
 namespace {
 
-using filehost::Link;
 using filehost::LinkPlan;
 using filehost::Problem;
 using filehost::Session;

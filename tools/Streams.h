@@ -9,8 +9,8 @@ namespace tools {
 struct Streams {
     std::ostream& out; ///< data
     std::ostream& err; ///< diagnostics
-    bool outColor;
-    bool errColor;
+    bool outColor = false;
+    bool errColor = false;
     bool outIsTerminal = false;
     int errWidth = 0; ///< the columns of the terminal that `err` is; 0 when it is none
 };

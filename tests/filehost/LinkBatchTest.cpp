@@ -66,8 +66,6 @@ protected:
         write("dependency/follow.json", follow);
     }
 
-    ~Batch() override { qInstallMessageHandler(previous); }
-
     void begin()
     {
         session.emplace(workspace(), Session::Access::Write);
@@ -129,6 +127,8 @@ protected:
     }
 
     std::optional<Session> session;
+
+    void TearDown() override { qInstallMessageHandler(previous); }
 
 private:
     QtMessageHandler previous;

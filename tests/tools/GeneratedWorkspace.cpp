@@ -49,7 +49,7 @@ private:
 
     QByteArray leaf()
     {
-        const QByteArray value = '"' + unit() + '"';
+        QByteArray value = '"' + unit() + '"';
         switch (pick(3)) {
         case 0:
             return value;
@@ -96,7 +96,7 @@ private:
         if (happens(8)) {
             return; // missing
         }
-        const QByteArray condition = happens(60) ? "\"A\"" : "\"A\", \"B\"";
+        const QByteArray condition = happens(60) ? R"("A")" : R"("A", "B")";
         QByteArray text = R"({"S": {"Type": "SwitchNode", "Next": {)"
                           R"("C": {"Type": "CommandNode", "ConditionWriteOnUrls": [[)" +
                           condition + R"(]], "Commands": {)" + command() + "}}}}";
@@ -163,7 +163,7 @@ void writeLargeWorkspace(const TestWorkspace& workspace, const LargeWorkspace& s
         leaves += "  \"" + name + R"(": {"@value": 1, "@unitType": "old"},)" + '\n';
     }
     const QByteArray tree =
-        "{\n" + leaves + "  \"Padding\": \"" + QByteArray(size.padding, '.') + "\"\n}\n";
+        "{\n" + leaves + R"(  "Padding": ")" + QByteArray(size.padding, '.') + "\"\n}\n";
     QByteArray links = "[\n";
     for (int number = 0; number < size.instances; ++number) {
         const QString name = QStringLiteral("follower%1").arg(number);

@@ -74,7 +74,7 @@ Terminal::~Terminal()
     waitpid(child, nullptr, 0);
 }
 
-std::string Terminal::readAll()
+std::string Terminal::readAll() const
 {
     std::string written;
     std::array<char, 4096> buffer{};

@@ -34,7 +34,7 @@ public:
     Terminal& operator=(const Terminal&) = delete;
 
     /// What was written from now on until the program ended.
-    std::string readAll();
+    std::string readAll() const;
 
 private:
     pid_t child;

@@ -14,7 +14,6 @@ namespace {
 using tools::barText;
 using tools::durationText;
 using tools::lineText;
-using tools::Progress;
 using tools::ProgressReport;
 using namespace std::chrono_literals;
 

@@ -159,9 +159,10 @@ TEST(ResultWindow, tells_last_words_past_everything_else_and_waits_until_they_we
     window.push(1, resultOf(1));
     std::atomic<bool> isTold{false};
     std::thread job([&] {
-        tools::Diagnostic diagnostic;
-        diagnostic.problem.message = QStringLiteral("the end");
-        window.pushLastWords(diagnostic);
+        window.pushLastWords(
+            {tools::Severity::Error,
+             {filehost::Problem::Code::Read, {}, 0, 0, QStringLiteral("the end"), {}},
+             std::nullopt});
         isTold = true;
     });
     ResultWindow::Batch batch;
@@ -181,6 +182,7 @@ TEST(ResultWindow, keeps_the_order_whatever_the_jobs_do)
     for (const int jobs : {1, 2, 5}) {
         ResultWindow window(units, 4);
         std::vector<std::thread> threads;
+        threads.reserve(static_cast<std::size_t>(jobs));
         for (int job = 0; job < jobs; ++job) {
             window.enter();
         }
