@@ -188,6 +188,14 @@ void Console::clearStatus()
     }
 }
 
+void Console::coverEcho()
+{
+    clearStatus();
+    if (hasTerminal()) {
+        send(streams.err, QStringLiteral("\r"));
+    }
+}
+
 /// The last column stays free: some terminals break the line as soon as it is written to.
 int Console::statusWidth() const
 {

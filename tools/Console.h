@@ -62,6 +62,8 @@ public:
     /// standard error is no terminal or with --quiet.
     void showStatus(const QString& text);
     void clearStatus();
+    /// Lets what comes next cover the ^C that the terminal may have shown.
+    void coverEcho();
     int statusWidth() const;
     /// Whether standard error is a terminal.
     bool hasTerminal() const;

@@ -210,6 +210,7 @@ void ResolveAll::complainAboutInterruption() const
     const QString advice = isDryRun ? QStringLiteral("nothing was written")
                                     : QStringLiteral("what was done is kept; run the same command "
                                                      "again to go on");
+    console.coverEcho();
     console.complain(
         QStringLiteral("interrupted with %1 left of %2")
             .arg(counted(summary.left, QStringLiteral("link"), QStringLiteral("links")),
