@@ -1,5 +1,6 @@
 #include "filehost/LinkPlan.h"
 
+#include "filehost/Locator.h"
 #include "filehost/Names.h"
 
 #include <QHash>
@@ -7,6 +8,7 @@
 #include <QString>
 
 #include <numeric>
+#include <optional>
 #include <utility>
 
 namespace filehost {
@@ -16,7 +18,7 @@ namespace {
 /// Numbers for files, the same one for two names of one file.
 class FileNumbers {
 public:
-    explicit FileNumbers(const Workspace& workspace) : workspace(workspace) {}
+    explicit FileNumbers(const Workspace& workspace) : locator(workspace) {}
 
     std::size_t numberOf(const Instance& instance)
     {
@@ -37,15 +39,15 @@ public:
     std::size_t count() const { return static_cast<std::size_t>(byPath.size()); }
 
 private:
-    QString pathOf(const Instance& instance) const
+    QString pathOf(const Instance& instance)
     {
         QList<Problem> refused; // told by the session that runs into it
-        const QString path = workspace.locate(instance, refused).canonicalPath;
+        const std::optional<File> file = locator.locate(instance, refused);
         // No path begins like this, and nothing is written under a name without one.
-        return path.isEmpty() ? wordsFor(named(instance.kind)) + instance.name : path;
+        return file ? file->path : wordsFor(named(instance.kind)) + instance.name;
     }
 
-    const Workspace& workspace;
+    Locator locator;
     QHash<QPair<int, QString>, std::size_t> byName;
     QHash<QString, std::size_t> byPath;
 };

@@ -90,24 +90,19 @@ bool checkName(Named what, const QString& name, QList<Problem>& problems)
     return false;
 }
 
-Location confinedPath(const Location& root, const QString& folder, Named what, const QString& name,
-                      QList<Problem>& problems)
+QString confinedPath(const QString& root, const QString& folder, Named what, const QString& name,
+                     QList<Problem>& problems)
 {
     if (!checkName(what, name, problems)) {
         return {};
     }
-    const QString path = QDir(folder).absoluteFilePath(
-        name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension());
-    // To follow the links once is enough where there is a file.
-    const QFileInfo file(path);
-    const QString canonical = file.exists() ? file.canonicalFilePath() : QString();
-    const bool isOut =
-        canonical.isEmpty() ? leadsOut(root.path, path) : !isInside(root.canonicalPath, canonical);
-    if (!isOut) {
-        return {path, canonical.isEmpty() ? canonicalPath(path) : canonical};
+    QString path = QDir(folder).absoluteFilePath(name + QLatin1Char('.') +
+                                                 PropertyManagerConst::getConfigFileExtension());
+    if (!leadsOut(root, path)) {
+        return path;
     }
     problems.append(leadingOut(
-        root.path, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
+        root, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
     return {};
 }
 
@@ -136,14 +131,8 @@ bool leadsOut(const QString& root, const QString& path)
 
 QString canonicalPath(const QString& path)
 {
-    const QFileInfo file(path);
-    const QString canonical = file.exists() ? file.canonicalFilePath() : QString();
+    const QString canonical = QFileInfo(path).canonicalFilePath();
     return canonical.isEmpty() ? QDir::cleanPath(QDir(path).absolutePath()) : canonical;
-}
-
-Location locationOf(const QString& path)
-{
-    return {path, canonicalPath(path)};
 }
 
 bool isInside(const QString& folder, const QString& path)

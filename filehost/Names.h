@@ -24,13 +24,10 @@ QString folderOf(const QString& root, Named what);
 /// of a configuration.
 bool checkName(Named what, const QString& name, QList<Problem>& problems);
 
-/// Where the file for a name in a folder is; empty with a problem when the name is not allowed or a
-/// symbolic link leads out of `root`. The file need not exist.
-Location confinedPath(const Location& root, const QString& folder, Named what, const QString& name,
-                      QList<Problem>& problems);
-
-/// A path with what it is without symbolic links.
-Location locationOf(const QString& path);
+/// The path of the file for a name in a folder; empty with a problem when the name is not allowed
+/// or a symbolic link leads out of `root`. The file need not exist.
+QString confinedPath(const QString& root, const QString& folder, Named what, const QString& name,
+                     QList<Problem>& problems);
 
 /// Whether symbolic links take a path, or its folders, out of `root`.
 bool leadsOut(const QString& root, const QString& path);

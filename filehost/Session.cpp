@@ -2,6 +2,7 @@
 
 #include "filehost/Descriptions.h"
 #include "filehost/Files.h"
+#include "filehost/Locator.h"
 #include "filehost/Manifest.h"
 #include "filehost/Names.h"
 #include "filehost/WorkspaceLock.h"
@@ -75,7 +76,9 @@ bool isEqual(const Problem& left, const Problem& right)
 
 class Session::Private {
 public:
-    Private(const Workspace& workspace, Access access) : workspace(workspace), access(access) {}
+    Private(const Workspace& workspace, Access access)
+        : workspace(workspace), access(access), locator(workspace)
+    {}
 
     bool isOnlyOne();
     void begin();
@@ -98,6 +101,7 @@ public:
 
     Workspace workspace;
     Access access;
+    Locator locator;
     std::unique_ptr<WorkspaceLock> lock; ///< null next to a session that has it
     bool hasBegun = false;
     std::map<QString, StoredFile> files; ///< by path, so that two names of one file share it
@@ -149,20 +153,15 @@ StoredFile* Session::Private::fileOf(const Instance& instance)
     return &file;
 }
 
-/// Null with a problem when the name is refused. Kept, because looking at all the folders on the
-/// way costs as much as reading a file.
+/// Null with a problem when the name is refused.
 const File* Session::Private::placeOf(const Instance& instance, QList<Problem>& refused)
 {
     const auto known = places.find(instance);
     if (known != places.end()) {
         return &known->second;
     }
-    const Location location = workspace.locate(instance, refused);
-    if (location.path.isEmpty()) {
-        return nullptr;
-    }
-    const File place{location.canonicalPath, shownPath(workspace.directory(), location.path)};
-    return &places.emplace(instance, place).first->second;
+    const std::optional<File> place = locator.locate(instance, refused);
+    return place ? &places.emplace(instance, *place).first->second : nullptr;
 }
 
 void Session::Private::read(StoredFile& file) const

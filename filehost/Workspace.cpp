@@ -24,7 +24,7 @@ bool operator<(const Instance& left, const Instance& right)
     return std::tie(left.kind, left.name) < std::tie(right.kind, right.name);
 }
 
-Workspace::Workspace(const QString& directory) : root(locationOf(directory)) {}
+Workspace::Workspace(QString directory) : root(std::move(directory)) {}
 
 std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem>& problems)
 {
@@ -47,28 +47,28 @@ std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem
 
 QString Workspace::directory() const
 {
-    return root.path;
+    return root;
 }
 
 QStringList Workspace::instanceNames(Kind kind) const
 {
-    return namesIn(folderOf(root.path, named(kind)), named(kind));
+    return namesIn(folderOf(root, named(kind)), named(kind));
 }
 
 QStringList Workspace::dependencyNames() const
 {
-    return namesIn(folderOf(root.path, Named::Description), Named::Description);
+    return namesIn(folderOf(root, Named::Description), Named::Description);
 }
 
 QList<Link> Workspace::links(QList<Problem>& problems) const
 {
     const QString name = QStringLiteral("links.json");
-    const File file{QDir(root.path).filePath(name), name};
+    const File file{QDir(root).filePath(name), name};
     if (!exists(file)) {
         return {};
     }
-    if (leadsOut(root.path, file.path)) {
-        problems.append(leadingOut(root.path, file.path, QStringLiteral("\"%1\"").arg(name)));
+    if (leadsOut(root, file.path)) {
+        problems.append(leadingOut(root, file.path, QStringLiteral("\"%1\"").arg(name)));
         return {};
     }
     const std::shared_ptr<const json::JsonText> text = readJson(file, problems);
@@ -78,11 +78,11 @@ QList<Link> Workspace::links(QList<Problem>& problems) const
 bool Workspace::checkManifest(QList<Problem>& problems) const
 {
     std::shared_ptr<const json::JsonText> text;
-    if (!readManifest(root.path, text, problems)) {
+    if (!readManifest(root, text, problems)) {
         return false;
     }
     if (!text) {
-        problems.append({Problem::Code::Missing, manifestFile(root.path).shown, 0, 0,
+        problems.append({Problem::Code::Missing, manifestFile(root).shown, 0, 0,
                          QStringLiteral("there is no manifest"),
                          QStringLiteral("make one that flags the sources: [{\"instanceName\": "
                                         "\"...\", \"hasDependency\": true}, ...]")});
@@ -93,20 +93,14 @@ bool Workspace::checkManifest(QList<Problem>& problems) const
 
 QString Workspace::instancePath(const Instance& instance, QList<Problem>& problems) const
 {
-    return locate(instance, problems).path;
-}
-
-Location Workspace::locate(const Instance& instance, QList<Problem>& problems) const
-{
     const Named what = named(instance.kind);
-    return confinedPath(root, folderOf(root.path, what), what, instance.name, problems);
+    return confinedPath(root, folderOf(root, what), what, instance.name, problems);
 }
 
 QString Workspace::dependencyPath(const QString& name, QList<Problem>& problems) const
 {
-    return confinedPath(root, folderOf(root.path, Named::Description), Named::Description, name,
-                        problems)
-        .path;
+    return confinedPath(root, folderOf(root, Named::Description), Named::Description, name,
+                        problems);
 }
 
 } // namespace filehost

@@ -37,12 +37,6 @@ struct Link {
     int column;
 };
 
-/// A file or folder, which need not exist.
-struct Location {
-    QString path;          ///< absolute, as it was named; empty when the name was refused
-    QString canonicalPath; ///< without symbolic links
-};
-
 /// A folder with `configuration/`, `process/`, `dependency/`, `configuration/manifest.json` and
 /// `links.json`. Knows where things are; holds nothing of what is in them.
 class UNITFLOW_FILEHOST_EXPORT Workspace {
@@ -70,16 +64,13 @@ public:
     /// refused. The file need not exist.
     QString instancePath(const Instance& instance, QList<Problem>& problems) const;
 
-    /// The same with what the path is without symbolic links, at no additional cost.
-    Location locate(const Instance& instance, QList<Problem>& problems) const;
-
-    /// The path of a description's file, in the same way.
+    /// The same for a description.
     QString dependencyPath(const QString& name, QList<Problem>& problems) const;
 
 private:
-    explicit Workspace(const QString& directory);
+    explicit Workspace(QString directory);
 
-    Location root;
+    QString root;
 };
 
 } // namespace filehost

@@ -33,12 +33,11 @@ std::optional<File> fileIn(const QDir& folder, Named what, const QString& name,
                            QList<Problem>& problems)
 {
     const QString root = rootOf(folder);
-    const filehost::Location found = filehost::confinedPath(
-        filehost::locationOf(root), folder.absolutePath(), what, name, problems);
-    if (found.path.isEmpty()) {
+    const QString path = filehost::confinedPath(root, folder.absolutePath(), what, name, problems);
+    if (path.isEmpty()) {
         return std::nullopt;
     }
-    return File{found.canonicalPath, filehost::shownPath(root, found.path)};
+    return File{filehost::canonicalPath(path), filehost::shownPath(root, path)};
 }
 
 /// The thread's session if a folder is in its workspace.

@@ -1,0 +1,34 @@
+#ifndef UNITFLOW_FILEHOST_LOCATOR_H
+#define UNITFLOW_FILEHOST_LOCATOR_H
+
+#include "filehost/Files.h"
+#include "filehost/Workspace.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+namespace filehost {
+
+/// Finds the files of many instances: what `Workspace::instancePath` finds, without symbolic links.
+/// Those in the way to a folder are followed once, since looking at all the folders in a path costs
+/// as much as reading a file.
+class Locator {
+public:
+    explicit Locator(const Workspace& workspace);
+
+    /// Where an instance's file is or would be; nothing with a problem when the name is refused.
+    std::optional<File> locate(const Instance& instance, QList<Problem>& problems);
+
+private:
+    QString canonicalFolder(const QString& folder);
+
+    Workspace workspace;
+    QString canonicalRoot;
+    QHash<QString, QString> canonicalFolders; ///< by folder
+};
+
+} // namespace filehost
+
+#endif
