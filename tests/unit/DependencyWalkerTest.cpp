@@ -293,10 +293,12 @@ TEST_F(Walker, takes_keywords_in_another_case_for_ordinary_names)
 
 TEST_F(Walker, knows_one_top_level_node_of_each_name)
 {
-    EXPECT_TRUE(walker.initDependencyGraphByJsonString(R"({
-        "A": {"Type": "CommandNode", "Commands": {"Probe": "first"}},
-        "A": {"Type": "CommandNode", "Commands": {"Probe": "second"}}})"));
+    const char* const second = R"({"Type": "CommandNode", "Commands": {"Probe": "second"}})";
+    const testhost::NodePointer description =
+        tree("d", R"({"A": {"Type": "CommandNode", "Commands": {"Probe": "first"}}})");
+    description->setChild("A", tree("d/A", second));
 
+    EXPECT_TRUE(walker.initDependencyGraph(description));
     EXPECT_EQ(executedFor("any"), QStringList{"second"}) << "the tree holds one child of that name";
 }
 
