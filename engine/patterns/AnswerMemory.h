@@ -14,13 +14,14 @@ namespace patterns {
 /// The answers for the URLs that were asked about of late, a fixed number of them. A new answer
 /// takes the place of an old one.
 ///
-/// An answer that is remembered costs one hash and one comparison of the URL. One thread at a time.
+/// An answer that is remembered costs one hash and one comparison of the URL. The memory keeps no
+/// string alive that it was asked with. One thread at a time.
 template <class Answer>
 class AnswerMemory {
 public:
     static constexpr std::size_t capacity = 256;
 
-    AnswerMemory() : remembered(capacity) {}
+    AnswerMemory() : rows(capacity / rowSize) {}
 
     /// The answer for `url`: the remembered one, or what `work()` returns, which is remembered. The
     /// empty URL is not. `work` does not use this memory.
@@ -31,17 +32,17 @@ public:
             return work();
         }
         const quint64 hash = hashOf(url);
-        const auto row = remembered.begin() + (hash >> hashShift) * rowSize;
-        const auto known = std::find_if(row, row + rowSize, [&](const Slot& slot) {
-            return slot.hash == hash && slot.url == url;
-        });
-        if (known != row + rowSize) {
-            return known->answer;
+        Row& row = rows[hash >> hashShift];
+        for (std::size_t i = 0; i < rowSize; ++i) {
+            if (row.hashes[i] == hash && row.slots[i].holds(url)) {
+                return row.slots[i].answer;
+            }
         }
-        Slot& slot = *(row + oldest++ % rowSize);
+        const std::size_t i = oldest++ % rowSize;
+        Slot& slot = row.slots[i];
         slot.answer = work();
-        slot.hash = hash;
-        slot.url = url;
+        slot.url.assign(url.cbegin(), url.cend());
+        row.hashes[i] = hash;
         return slot.answer;
     }
 
@@ -52,9 +53,19 @@ private:
     static_assert(capacity == rowSize << rowBits);
 
     struct Slot {
-        quint64 hash = 0;
-        QString url; // empty in an unused one
+        bool holds(const QString& other) const
+        {
+            return url.size() == std::size_t(other.size()) &&
+                   std::memcmp(url.data(), other.constData(), url.size() * sizeof(QChar)) == 0;
+        }
+
+        std::vector<QChar> url; // empty in an unused one; its room is used again
         Answer answer;
+    };
+
+    struct Row {
+        std::array<quint64, rowSize> hashes{}; // of the URLs in the slots, for a look at all of them
+        std::array<Slot, rowSize> slots;
     };
 
     /// The upper bits are the good ones. Several times as fast as `qHash`, which takes one unit
@@ -83,8 +94,8 @@ private:
         return lanes[0] ^ lanes[1];
     }
 
-    std::vector<Slot> remembered; // in rows; an answer stands in the row of its URL
-    std::size_t oldest = 0;       // counts over all rows, which is near enough
+    std::vector<Row> rows;  // an answer stands in the row of its URL
+    std::size_t oldest = 0; // counts over all rows, which is near enough
 };
 
 } // namespace patterns

@@ -18,9 +18,12 @@ constexpr int none = -1;
 
 bool isWellFormed(const QString& text)
 {
-    const bool simple =
-        std::none_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.isSurrogate(); });
-    return simple || text.isValidUtf16();
+    constexpr ushort upperHalf = 0x8000; // where the surrogates are
+    ushort bits = 0;
+    for (const QChar unit : text) {
+        bits |= unit.unicode();
+    }
+    return bits < upperHalf || text.isValidUtf16();
 }
 
 } // namespace
