@@ -341,38 +341,35 @@ void lookAtAll(const BaseClassSharedPointer& node, const QString& valueKey)
     }
 }
 
+/// A tree with everything in it that the host's parser puts off until somebody asks.
+BaseClassSharedPointer wholeTree(const QString& text)
+{
+    static const QString valueKey =
+        ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue();
+    BaseClassSharedPointer tree = graphs::parsed(text);
+    lookAtAll(tree, valueKey);
+    return tree;
+}
+
 /// The floor: the host's parser on the same text.
 void parse(State& state, Watching watching)
 {
     const QString text = graphs::description(manyNodes, watching);
     while (state.KeepRunning()) {
         const double start = seconds();
-        const BaseClassSharedPointer tree = graphs::parsed(text);
+        const BaseClassSharedPointer tree = wholeTree(text);
         state.SetIterationTime(seconds() - start);
         require(!tree.isNull(), "the description does not parse");
     }
 }
 
-/// The same with what this host's parser puts off until somebody asks.
-void parseAll(State& state, Watching watching)
-{
-    const QString text = graphs::description(manyNodes, watching);
-    const QString valueKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue();
-    while (state.KeepRunning()) {
-        const double start = seconds();
-        const BaseClassSharedPointer tree = graphs::parsed(text);
-        lookAtAll(tree, valueKey);
-        state.SetIterationTime(seconds() - start);
-    }
-}
-
-/// A tree that was not looked at before each time, and one question, for what waits for the first.
+/// A build, and one question for what waits for the first, without parsing.
 void build(State& state, Watching watching)
 {
     const QString text = graphs::description(manyNodes, watching);
     Matches matches;
     while (state.KeepRunning()) {
-        const BaseClassSharedPointer tree = graphs::parsed(text);
+        const BaseClassSharedPointer tree = wholeTree(text);
         DependencyWalker walker;
         const QString url = freshUrlBeyond(manyNodes);
         const double start = seconds();
@@ -402,7 +399,6 @@ void registerAll()
     for (const Watching watching : {Watching::Urls, Watching::Patterns}) {
         const std::string what = watching == Watching::Urls ? "urls" : "patterns";
         RegisterBenchmark(("parse/" + what).c_str(), parse, watching)->UseManualTime();
-        RegisterBenchmark(("parse-all/" + what).c_str(), parseAll, watching)->UseManualTime();
         RegisterBenchmark(("build/" + what).c_str(), build, watching)->UseManualTime();
     }
 }

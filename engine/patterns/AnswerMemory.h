@@ -1,9 +1,10 @@
 #ifndef UNITFLOW_PATTERNS_ANSWERMEMORY_H
 #define UNITFLOW_PATTERNS_ANSWERMEMORY_H
 
+#include "patterns/TextHash.h"
+
 #include <QString>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -31,7 +32,7 @@ public:
         if (url.isEmpty()) {
             return work();
         }
-        const quint64 hash = hashOf(url);
+        const quint64 hash = textHash(url);
         Row& row = rows[hash >> hashShift];
         for (std::size_t i = 0; i < rowSize; ++i) {
             if (row.hashes[i] == hash && row.slots[i].holds(url)) {
@@ -67,32 +68,6 @@ private:
         std::array<quint64, rowSize> hashes{}; // of the URLs in the slots, for a look at all of them
         std::array<Slot, rowSize> slots;
     };
-
-    /// The upper bits are the good ones. Several times as fast as `qHash`, which takes one unit
-    /// after the other.
-    static quint64 hashOf(const QString& url)
-    {
-        constexpr int blockSize = 8; // units, half of them for each lane
-        constexpr std::array<quint64, 2> factors{0x9E3779B97F4A7C15U, 0xBF58476D1CE4E5B9U};
-        std::array<quint64, 2> lanes{quint64(url.size()), 0};
-        const auto mix = [&](const QChar* units, int count) {
-            std::array<quint64, 2> block{};
-            std::memcpy(block.data(), units, std::size_t(count) * sizeof(QChar));
-            for (std::size_t lane = 0; lane < lanes.size(); ++lane) {
-                lanes[lane] = (lanes[lane] ^ block[lane]) * factors[lane];
-            }
-        };
-        const QChar* const units = url.constData();
-        if (url.size() < blockSize) {
-            mix(units, url.size());
-        } else {
-            for (int at = 0; at < url.size() - blockSize; at += blockSize) {
-                mix(units + at, blockSize);
-            }
-            mix(units + url.size() - blockSize, blockSize); // may overlap the one before
-        }
-        return lanes[0] ^ lanes[1];
-    }
 
     std::vector<Row> rows;  // an answer stands in the row of its URL
     std::size_t oldest = 0; // counts over all rows, which is near enough

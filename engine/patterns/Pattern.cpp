@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include <memory>
+#include <utility>
 
 namespace patterns {
 
@@ -43,6 +44,17 @@ private:
 Pattern::Pattern(const QString& text) : ownText(text) {}
 
 Pattern::Pattern(const Pattern& other) : ownText(other.ownText) {}
+
+Pattern::Pattern(Pattern&& other) noexcept
+    : ownText(std::move(other.ownText)), compiled(other.compiled.exchange(nullptr))
+{}
+
+Pattern& Pattern::operator=(Pattern&& other) noexcept
+{
+    ownText.swap(other.ownText);
+    compiled = other.compiled.exchange(compiled);
+    return *this;
+}
 
 Pattern::~Pattern()
 {

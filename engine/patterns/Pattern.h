@@ -29,7 +29,9 @@ public:
     explicit Pattern(const QString& text);
     /// Takes over the text alone.
     Pattern(const Pattern& other);
+    Pattern(Pattern&& other) noexcept;
     Pattern& operator=(const Pattern&) = delete;
+    Pattern& operator=(Pattern&& other) noexcept;
     ~Pattern();
 
     const QString& text() const { return ownText; }

@@ -3,11 +3,13 @@
 #include "patterns/LiteralIndex.h"
 #include "patterns/Pattern.h"
 #include "patterns/RequiredLiteral.h"
+#include "patterns/TextHash.h"
 
-#include <QHash>
 #include <QSharedData>
+#include <QtAlgorithms>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace patterns {
@@ -39,7 +41,7 @@ public:
 private:
     using Numbers = LiteralIndex::Numbers;
 
-    /// A distinct pattern, known by its number, and those who watch it in the order in which they
+    /// A pattern, known by its number, and those who watch it in the order in which they
     /// were added; the answer when no other pattern matches.
     struct Watched {
         Pattern pattern;
@@ -48,12 +50,12 @@ private:
         int lastPlace;
     };
 
+    void joinEqual();
     Numbers candidatesFor(const QString& url) const;
     Nodes nodesOf(const Numbers& matching) const;
 
     std::vector<Watched> patterns;
-    std::vector<int> nextPlaces;          // of the same pattern, by place
-    QHash<QString, int> numbersSinceSeal; // of the patterns
+    std::vector<int> nextPlaces; // of the same pattern, by place
 
     LiteralIndex index;
     std::vector<int> alwaysTried;
@@ -64,21 +66,41 @@ void PatternIndex::Patterns::add(const QString& text, const QSharedPointer<NodeB
 {
     const int place = int(nextPlaces.size());
     nextPlaces.push_back(none);
-    const int countBefore = numbersSinceSeal.size();
-    int& number = numbersSinceSeal[text];
-    if (numbersSinceSeal.size() > countBefore) {
-        number = int(patterns.size());
-        patterns.push_back({Pattern(text), {node}, place, place});
-        return;
+    patterns.push_back({Pattern(text), {node}, place, place});
+}
+
+/// Lets equal ones of the patterns since the last seal be one.
+void PatternIndex::Patterns::joinEqual()
+{
+    constexpr int hashBits = 64;
+    const int tableBits = hashBits - int(qCountLeadingZeroBits(quint64(patterns.size()) * 2));
+    std::vector<std::size_t> table(std::size_t(1) << tableBits); // zero: unused; open addressing
+    std::size_t count = sealedCount;
+    for (std::size_t number = sealedCount; number < patterns.size(); ++number) {
+        Watched& watched = patterns[number];
+        const QString& text = watched.pattern.text();
+        std::size_t at = textHash(text) >> (hashBits - tableBits);
+        while (table[at] != 0 && patterns[table[at] - 1].pattern.text() != text) {
+            at = (at + 1) & (table.size() - 1);
+        }
+        if (table[at] != 0) {
+            Watched& first = patterns[table[at] - 1];
+            first.nodes.append(watched.nodes);
+            nextPlaces[std::size_t(first.lastPlace)] = watched.firstPlace;
+            first.lastPlace = watched.lastPlace;
+            continue;
+        }
+        if (number != count) {
+            patterns[count] = std::move(watched);
+        }
+        table[at] = ++count;
     }
-    Watched& watched = patterns[std::size_t(number)];
-    watched.nodes.append(node);
-    nextPlaces[std::size_t(watched.lastPlace)] = place;
-    watched.lastPlace = place;
+    patterns.erase(patterns.begin() + std::ptrdiff_t(count), patterns.end());
 }
 
 void PatternIndex::Patterns::seal()
 {
+    joinEqual();
     Literals literals;
     std::vector<LiteralIndex::Item> items;
     items.reserve(patterns.size());
@@ -97,7 +119,6 @@ void PatternIndex::Patterns::seal()
     sealedCount = patterns.size();
     patterns.shrink_to_fit();
     nextPlaces.shrink_to_fit();
-    numbersSinceSeal.clear();
 }
 
 PatternIndex::Patterns::Numbers PatternIndex::Patterns::candidatesFor(const QString& url) const
