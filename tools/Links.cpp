@@ -77,8 +77,9 @@ LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
 {
     Messages messages([&](const QString& message) {
         Problem problem = inDescription(link, message);
-        problem.advice = QStringLiteral("the program ends here and writes nothing more; look for "
-                                        "rows with too few cells in the description");
+        problem.advice = QStringLiteral("the program ends here and writes nothing more; look for a "
+                                        "row with too few cells in the description, or for a "
+                                        "column that the array does not have");
         lastWords({Severity::Error, problem, link});
     });
 

@@ -183,6 +183,23 @@ TEST(Program, that_the_engine_ends_says_by_which_link)
     EXPECT_EQ(workspace.files(), files);
 }
 
+TEST(Program, that_a_missing_column_ends_names_it_as_a_possible_cause)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    QByteArray(columnDescription).replace("Log[2-1]", "Log[2]"));
+    const Result result =
+        runShell(workspace.path(),
+                 QStringLiteral("ulimit -c 0; unitflow resolve controller recorder units"));
+    EXPECT_TRUE(
+        result.err.startsWith(QStringLiteral("error: dependency/units.json: ASSERT failure")))
+        << result.err.toStdString();
+    EXPECT_TRUE(result.err.contains(QStringLiteral(
+        "\n    the program ends here and writes nothing more; look for a row with too few\n"
+        "    cells in the description, or for a column that the array does not have\n")))
+        << result.err.toStdString();
+}
+
 TEST(Terminal, gets_color)
 {
     const TestWorkspace workspace;
