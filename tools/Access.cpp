@@ -25,12 +25,16 @@ QString relativeTo(const Workspace& workspace, const QString& path)
 }
 
 /// What to do about an instance that is missing, but there as the other kind; else empty.
-QString adviceOnKind(const Workspace& workspace, const Instance& instance)
+QString adviceOnKind(const Workspace& workspace, const Instance& instance, KindChoice choice)
 {
     const bool isProcess = instance.kind == Kind::Process;
     const Kind otherKind = isProcess ? Kind::Configuration : Kind::Process;
     if (!workspace.instanceNames(otherKind).contains(instance.name)) {
         return {};
+    }
+    if (choice == KindChoice::ConfigurationOnly) {
+        return QStringLiteral("there is a process description of this name, but a process "
+                              "description cannot be a source; name a configuration");
     }
     return isProcess ? QStringLiteral("there is a configuration of this name: leave out --process")
                      : QStringLiteral("there is a process description of this name: add --process");
@@ -65,13 +69,14 @@ bool beginSession(Session& session, Console& console)
     return begun;
 }
 
-BaseClassSharedPointer loadInstance(Session& session, const Instance& instance, Console& console)
+BaseClassSharedPointer loadInstance(Session& session, const Instance& instance, Console& console,
+                                    KindChoice choice)
 {
     BaseClassSharedPointer root = session.load(instance);
     QList<Problem> problems = session.takeProblems();
     for (Problem& problem : problems) {
         const QString advice = problem.code == Problem::Code::Missing
-                                   ? adviceOnKind(session.workspace(), instance)
+                                   ? adviceOnKind(session.workspace(), instance, choice)
                                    : QString();
         if (!advice.isEmpty()) {
             problem.advice = advice;

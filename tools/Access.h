@@ -21,9 +21,13 @@ std::optional<filehost::Workspace> openWorkspace(Console& console);
 /// Begins the session and says for whom it waits.
 bool beginSession(filehost::Session& session, Console& console);
 
+/// Whether the command line could name an instance of the other kind at that place. A source is
+/// always a configuration.
+enum class KindChoice { Free, ConfigurationOnly };
+
 /// The tree of an instance; null when it cannot be had.
 BaseClassSharedPointer loadInstance(filehost::Session& session, const filehost::Instance& instance,
-                                    Console& console);
+                                    Console& console, KindChoice choice = KindChoice::Free);
 
 /// What to report when `url` names nothing in an instance's tree.
 filehost::Problem unknownUrl(const filehost::Workspace& workspace,

@@ -169,7 +169,8 @@ bool ResolveCommand::readArguments(Console& console)
 /// What was named on the command line must be there. The session reads each file once only.
 bool ResolveCommand::loadArguments(Session& session, Console& console) const
 {
-    const auto source = loadInstance(session, sourceOf(link), console);
+    const auto source =
+        loadInstance(session, sourceOf(link), console, KindChoice::ConfigurationOnly);
     const auto target = loadInstance(session, targetOf(link), console);
     const bool hasDescription = !session.description(link.dependency).isEmpty();
     console.report(session.takeProblems());

@@ -142,6 +142,20 @@ TEST_F(Resolve, reports_all_names_that_are_wrong_at_once)
     expectGolden(QStringLiteral("resolve-wrong-names"), result.err);
 }
 
+TEST_F(Resolve, says_that_a_process_description_cannot_be_a_source)
+{
+    const Result result = run(
+        workspace,
+        resolve({QStringLiteral("baking"), QStringLiteral("display"), QStringLiteral("units")}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(
+        result.err,
+        QStringLiteral(
+            "error: configuration/baking.json: there is no configuration instance \"baking\"\n"
+            "    there is a process description of this name, but a process description\n"
+            "    cannot be a source; name a configuration\n"));
+}
+
 TEST_F(Resolve, with_an_unparsable_description_names_the_place)
 {
     workspace.write(QStringLiteral("dependency/units.json"), "{\n  nothing\n}");
