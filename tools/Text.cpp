@@ -13,9 +13,37 @@ namespace {
 
 constexpr ushort firstCombining = 0x0300;
 
-bool isControl(QChar character)
+/// QString::fromUcs4 takes U+FEFF for a byte order mark and drops it.
+QString textOf(uint codePoint)
 {
-    return character.category() == QChar::Other_Control;
+    return QChar::requiresSurrogates(codePoint) ? QString(QChar(QChar::highSurrogate(codePoint))) +
+                                                      QChar(QChar::lowSurrogate(codePoint))
+                                                : QString(QChar(codePoint));
+}
+
+/// Whether a character would command the terminal, or change how those around it are shown: turn
+/// their direction, begin a line, or hide between them.
+bool isToBeSpelled(uint codePoint)
+{
+    switch (QChar::category(codePoint)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// As JSON spells it: a code point beyond 16 bits takes two.
+QString spelled(uint codePoint)
+{
+    QString spelling;
+    for (const QChar unit : textOf(codePoint)) {
+        spelling += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return spelling;
 }
 
 bool combines(uint codePoint)
@@ -55,7 +83,7 @@ QString elided(const QString& text, int width)
         if (room < 0) {
             break;
         }
-        kept += QString::fromUcs4(&codePoint, 1);
+        kept += textOf(codePoint);
     }
     return kept + QChar(0x2026);
 }
@@ -77,17 +105,14 @@ QString wrapped(const QString& text, int width)
 
 QString printable(const QString& text)
 {
-    if (std::none_of(text.begin(), text.end(), isControl)) {
+    const QVector<uint> codePoints = text.toUcs4();
+    if (std::none_of(codePoints.begin(), codePoints.end(), isToBeSpelled)) {
         return text;
     }
     QString shown;
     shown.reserve(text.size());
-    for (const QChar character : text) {
-        if (isControl(character)) {
-            shown += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
-        } else {
-            shown += character;
-        }
+    for (const uint codePoint : codePoints) {
+        shown += isToBeSpelled(codePoint) ? spelled(codePoint) : textOf(codePoint);
     }
     return shown;
 }

@@ -20,8 +20,8 @@ QString elided(const QString& text, int width);
 /// word that is wider gets a line of its own.
 QString wrapped(const QString& text, int width);
 
-/// `text` with its control characters spelled as JSON spells them, so that a name found in a file
-/// can neither break a line nor command a terminal.
+/// `text` with its control and format characters spelled as JSON spells them, so that a name found
+/// in a file can neither break a line, nor command a terminal, nor pass for another name.
 QString printable(const QString& text);
 
 /// `text` in double quotes, printable.

@@ -87,7 +87,7 @@ QString valueText(const QVariant& value)
     if (value.type() == QVariant::String && meansItself(value.toString())) {
         return value.toString();
     }
-    return toJsonText(value);
+    return printable(toJsonText(value)); // JSON lets some control characters stand
 }
 
 QString shortValueText(const QVariant& value)

@@ -39,6 +39,30 @@ TEST(Printable, spells_control_characters_out)
               QStringLiteral("a\\u000ab\\u001b[31m"));
 }
 
+TEST(Printable, spells_characters_out_that_turn_the_direction_of_writing)
+{
+    for (const int unit : {0x061C, 0x200E, 0x200F, 0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066,
+                           0x2067, 0x2068, 0x2069}) {
+        EXPECT_EQ(tools::printable(QStringLiteral("a%1b").arg(QChar(unit))),
+                  QStringLiteral("a\\u%1b").arg(unit, 4, 16, QLatin1Char('0')));
+    }
+}
+
+TEST(Printable, spells_characters_out_that_hide_or_begin_a_line)
+{
+    EXPECT_EQ(tools::printable(QString::fromUtf8("a\u200Bb\u2060c\uFEFFd\u2028e\u2029")),
+              QStringLiteral("a\\u200bb\\u2060c\\ufeffd\\u2028e\\u2029"));
+    EXPECT_EQ(tools::printable(QString::fromUtf8("a\U000E0041")),
+              QStringLiteral("a\\udb40\\udc41"));
+}
+
+TEST(Printable, leaves_letters_marks_and_symbols_as_they_are)
+{
+    const QString text = QString::fromUtf8("Größe e\u0301 温度 درجة ΔT 𝛼 → 🌡");
+    EXPECT_EQ(tools::printable(text), text);
+    EXPECT_EQ(tools::printable(text + QLatin1Char('\n')), text + QStringLiteral("\\u000a"));
+}
+
 TEST(Wrapped, breaks_at_blanks_and_indents_each_line)
 {
     EXPECT_EQ(tools::wrapped(QStringLiteral("one two three four"), 13),

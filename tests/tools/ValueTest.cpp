@@ -131,6 +131,17 @@ TEST(ValueText, shows_an_absent_value_in_words)
     EXPECT_EQ(tools::valueText({}), QStringLiteral("(none)"));
 }
 
+TEST(ValueText, spells_characters_out_that_would_command_a_terminal)
+{
+    for (const int unit : {0x001B, 0x007F, 0x009B, 0x202E}) {
+        const QString text = QStringLiteral("a%1b").arg(QChar(unit));
+        const QString shown = tools::valueText(text);
+        EXPECT_FALSE(shown.contains(QChar(unit))) << shown.toStdString();
+        QList<Problem> none;
+        EXPECT_EQ(tools::parseValue(shown, none), text);
+    }
+}
+
 TEST(ShortValueText, describes_a_long_list_by_its_size)
 {
     QVariantList numbers;
