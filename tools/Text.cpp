@@ -1,17 +1,19 @@
 #include "tools/Text.h"
 
 #include "filehost/NearestNames.h"
+#include "tools/WideCharacters.h"
 
 #include <QChar>
 #include <QVector>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tools {
 
 namespace {
 
-constexpr ushort firstCombining = 0x0300;
+constexpr uint firstUnusual = 0x0300; // every character before it takes one column
 
 /// QString::fromUcs4 takes U+FEFF for a byte order mark and drops it.
 QString textOf(uint codePoint)
@@ -46,23 +48,44 @@ QString spelled(uint codePoint)
     return spelling;
 }
 
-bool combines(uint codePoint)
+/// The vowels and final consonants of Hangul syllables that are written letter by letter: they
+/// are drawn into the two columns of the first letter.
+bool isInsideSyllable(uint codePoint)
 {
-    const QChar::Category category = QChar::category(codePoint);
-    return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
+    return (codePoint >= 0x1160 && codePoint <= 0x11FF) ||
+           (codePoint >= 0xD7B0 && codePoint <= 0xD7FF);
+}
+
+int columnsOf(uint codePoint)
+{
+    if (codePoint < firstUnusual) {
+        return 1;
+    }
+    switch (QChar::category(codePoint)) {
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_Enclosing:
+    case QChar::Other_Format:
+        return 0;
+    default:
+        break;
+    }
+    if (isInsideSyllable(codePoint)) {
+        return 0;
+    }
+    return isWide(codePoint) ? 2 : 1;
 }
 
 } // namespace
 
 int displayWidth(const QString& text)
 {
-    const auto takesOneColumn = [](QChar character) { return character < QChar(firstCombining); };
-    if (std::all_of(text.begin(), text.end(), takesOneColumn)) {
+    const auto isUsual = [](QChar character) { return character < QChar(firstUnusual); };
+    if (std::all_of(text.begin(), text.end(), isUsual)) {
         return text.size();
     }
     const QVector<uint> codePoints = text.toUcs4();
-    return static_cast<int>(std::count_if(codePoints.begin(), codePoints.end(),
-                                          [](uint codePoint) { return !combines(codePoint); }));
+    return std::accumulate(codePoints.begin(), codePoints.end(), 0,
+                           [](int width, uint codePoint) { return width + columnsOf(codePoint); });
 }
 
 QString padded(const QString& text, int width)
@@ -79,7 +102,7 @@ QString elided(const QString& text, int width)
     QString kept;
     int room = width - 1;
     for (const uint codePoint : text.toUcs4()) {
-        room -= combines(codePoint) ? 0 : 1;
+        room -= columnsOf(codePoint);
         if (room < 0) {
             break;
         }

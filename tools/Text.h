@@ -6,8 +6,9 @@
 
 namespace tools {
 
-/// The columns that `text` takes on a terminal: its code points, without those that combine with
-/// the one before them.
+/// The columns that `text` takes on a terminal: two for each wide character, none for one that
+/// combines with the one before it or has no shape, one for every other. Code points are counted
+/// one by one; what a font joins into a single sign is not looked for.
 int displayWidth(const QString& text);
 
 /// `text` followed by as many blanks as it lacks to `width`.

@@ -19,6 +19,15 @@ TEST(Table, aligns_columns_over_all_headings)
                                                   "  m³/h  y\n"));
 }
 
+TEST(Table, aligns_cells_of_wide_characters)
+{
+    tools::Table table;
+    table.addRow({QStringLiteral("温度"), QStringLiteral("x")});
+    table.addRow({QStringLiteral("speed"), QStringLiteral("y")});
+    EXPECT_EQ(table.toText(false), QStringLiteral("  温度   x\n"
+                                                  "  speed  y\n"));
+}
+
 TEST(Table, leaves_no_trailing_blanks)
 {
     tools::Table table;

@@ -16,6 +16,44 @@ TEST(DisplayWidth, counts_no_combining_mark)
     EXPECT_EQ(tools::displayWidth(QString::fromUtf8("e\u0301\u20DD")), 1);
 }
 
+TEST(DisplayWidth, counts_a_wide_character_twice)
+{
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("温度")), 4);
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("ｋＷ")), 4);
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("온도 °C")), 7);
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("𠮷🔥")), 4);
+}
+
+TEST(DisplayWidth, tells_wide_characters_from_their_neighbors)
+{
+    struct Row {
+        uint codePoint;
+        int width;
+    };
+    // The ends of the first range, of one in the middle and of the last one.
+    for (const Row& row : {Row{0x10FF, 1}, Row{0x1100, 2}, Row{0x115F, 2}, Row{0xABF9, 1},
+                           Row{0xAC00, 2}, Row{0xD7A3, 2}, Row{0xD7A4, 1}, Row{0x1FAFF, 1},
+                           Row{0x20000, 2}, Row{0x3FFFD, 2}, Row{0x3FFFE, 1}, Row{0x10FFFF, 1}}) {
+        EXPECT_EQ(tools::displayWidth(QString::fromUcs4(&row.codePoint, 1)), row.width)
+            << std::hex << row.codePoint;
+    }
+}
+
+TEST(DisplayWidth, counts_nothing_that_has_no_column_of_its_own)
+{
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("a\u200Bb\u2060")), 2);
+    // A mark that lies among wide characters, and a syllable letter by letter.
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("か\u3099")), 2);
+    EXPECT_EQ(tools::displayWidth(QString::fromUtf8("\u1112\u1161\u11AB")), 2);
+}
+
+TEST(Elided, counts_a_wide_character_twice)
+{
+    EXPECT_EQ(tools::elided(QString::fromUtf8("温度計"), 6), QString::fromUtf8("温度計"));
+    EXPECT_EQ(tools::elided(QString::fromUtf8("温度計器"), 6), QString::fromUtf8("温度…"));
+    EXPECT_EQ(tools::elided(QString::fromUtf8("温度計器"), 7), QString::fromUtf8("温度計…"));
+}
+
 TEST(Padded, fills_up_to_columns_and_not_to_bytes)
 {
     EXPECT_EQ(tools::padded(QStringLiteral("m³/h"), 6), QStringLiteral("m³/h  "));
