@@ -8,7 +8,7 @@ namespace filehost::limits {
 constexpr int depth = 1024;                  ///< objects and arrays inside one another
 constexpr int fileSize = 256 * 1024 * 1024;  ///< bytes in one file
 constexpr int valueCount = 16 * 1024 * 1024; ///< values in one file, containers included
-constexpr int problemCount = 100;            ///< problems reported for one file
+constexpr int problemCount = 100;            ///< problems of a file's JSON that are listed
 
 } // namespace filehost::limits
 

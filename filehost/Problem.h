@@ -15,7 +15,8 @@ struct Problem {
         DuplicateKey, ///< an object has the same key twice
         NumberRange,  ///< a whole number does not fit 64 bits, or a number is beyond all doubles
         Depth,        ///< nested deeper than `limits::depth`
-        Size,     ///< larger than `limits::fileSize`, or of more values than `limits::valueCount`
+        Size,     ///< larger than `limits::fileSize`, of more values than `limits::valueCount`, or
+                  ///< with more problems than `limits::problemCount`
         Shape,    ///< JSON, but not what is wanted at that place
         Name,     ///< a name that is not allowed, or leads out of the workspace
         Missing,  ///< there is no such file

@@ -176,7 +176,7 @@ public:
           lastEnd(static_cast<quint32>(start))
     {}
 
-    std::vector<ReadError> read();
+    ReadErrors read();
 
     // RapidJSON's events; false ends the reading.
     bool Null() { return addScalar(Kind::Null); }
@@ -195,14 +195,14 @@ private:
         Index member;
     };
 
-    bool fail(ReadError error);
+    void fail(ReadError error);
     bool add(Kind kind, Span value);
     bool addScalar(Kind kind) { return add(kind, takeToken()); }
     bool open(Kind kind);
     void close();
-    bool checkRange(Span token, bool whole);
-    bool checkString(Span token, std::string_view decoded);
-    bool checkKeys(Index object);
+    void checkRange(Span token, bool whole);
+    void checkString(Span token, std::string_view decoded);
+    void checkKeys(Index object);
     Span takeToken();
     std::size_t placeOf(const rapidjson::ParseResult& error) const;
     quint32 nextBegin() const;
@@ -219,24 +219,24 @@ private:
     std::vector<KeyAt> keys;       // of the object that closes; kept for its memory
     std::deque<std::string>
         decodedKeys; // what `keys` views of escaped ones; its strings don't move
-    std::vector<ReadError> errors;
+    ReadErrors errors;
     quint32 lastEnd;       // of the last token
     Span pendingKey{0, 0}; // of the member whose value comes next
 };
 
-std::vector<ReadError> NodeBuilder::read()
+ReadErrors NodeBuilder::read()
 {
     rapidjson::Reader reader;
     const rapidjson::ParseResult result = reader.Parse<parseFlags>(source, *this);
     if (result.IsError() && result.Code() != rapidjson::kParseErrorTermination) {
-        errors.push_back(toReadError(text, result.Code(), placeOf(result)));
+        fail(toReadError(text, result.Code(), placeOf(result)));
     } else if (!result.IsError() && start + source.Tell() < text.size()) {
         // A zero byte ends the reader's input, but not ours.
-        errors.push_back(toReadError(text, rapidjson::kParseErrorDocumentRootNotSingular,
-                                     start + source.Tell()));
+        fail(toReadError(text, rapidjson::kParseErrorDocumentRootNotSingular,
+                         start + source.Tell()));
     }
     std::stable_sort(
-        errors.begin(), errors.end(),
+        errors.list.begin(), errors.list.end(),
         [](const ReadError& left, const ReadError& right) { return left.offset < right.offset; });
     return std::move(errors);
 }
@@ -270,10 +270,13 @@ Span NodeBuilder::takeToken()
     return token;
 }
 
-bool NodeBuilder::fail(ReadError error)
+void NodeBuilder::fail(ReadError error)
 {
-    errors.push_back(std::move(error));
-    return errors.size() < limits::problemCount;
+    if (errors.list.size() < limits::problemCount) {
+        errors.list.push_back(std::move(error));
+    } else {
+        ++errors.leftOut;
+    }
 }
 
 bool NodeBuilder::add(Kind kind, Span value)
@@ -323,10 +326,13 @@ bool NodeBuilder::EndObject(rapidjson::SizeType memberCount)
 {
     const Index object = containers.back();
     close();
-    return memberCount < 2 || checkKeys(object);
+    if (memberCount > 1) {
+        checkKeys(object);
+    }
+    return true;
 }
 
-bool NodeBuilder::checkKeys(Index object)
+void NodeBuilder::checkKeys(Index object)
 {
     keys.clear();
     decodedKeys.clear();
@@ -344,56 +350,56 @@ bool NodeBuilder::checkKeys(Index object)
     for (std::size_t i = 1; i < keys.size(); ++i) {
         const Span first = nodes[keys[i - 1].member].key;
         const Span second = nodes[keys[i].member].key;
-        if (keys[i].name == keys[i - 1].name &&
-            !fail({Code::DuplicateKey, second.begin,
-                   QStringLiteral("the object has the key %1 twice").arg(excerpt(slice(second))),
-                   QStringLiteral("rename or remove one of the two"), first.begin})) {
-            return false;
+        if (keys[i].name == keys[i - 1].name) {
+            fail({Code::DuplicateKey, second.begin,
+                  QStringLiteral("the object has the key %1 twice").arg(excerpt(slice(second))),
+                  QStringLiteral("rename or remove one of the two"), first.begin});
         }
     }
-    return true;
 }
 
 bool NodeBuilder::RawNumber(const char* /*digits*/, rapidjson::SizeType /*length*/, bool /*copy*/)
 {
     const Span token = takeToken();
     const bool whole = slice(token).find_first_of(".eE") == std::string_view::npos;
-    return add(whole ? Kind::Whole : Kind::Decimal, token) && checkRange(token, whole);
+    checkRange(token, whole);
+    return add(whole ? Kind::Whole : Kind::Decimal, token);
 }
 
-bool NodeBuilder::checkRange(Span token, bool whole)
+void NodeBuilder::checkRange(Span token, bool whole)
 {
     const std::string_view digits = slice(token);
     if (whole ? decodeWhole(digits).isValid() : !qIsInf(decodeDecimal(digits))) {
-        return true;
+        return;
     }
     const QString message = whole
                                 ? QStringLiteral("the whole number does not fit 64 bits: %1")
                                 : QStringLiteral("the number is beyond what a double can hold: %1");
-    return fail({Code::NumberRange, token.begin, message.arg(excerpt(digits)),
-                 QStringLiteral("write it as text, in double quotes")});
+    fail({Code::NumberRange, token.begin, message.arg(excerpt(digits)),
+          QStringLiteral("write it as text, in double quotes")});
 }
 
 bool NodeBuilder::String(const char* characters, rapidjson::SizeType length, bool /*copy*/)
 {
     const Span token = takeToken();
-    return add(Kind::String, token) && checkString(token, {characters, length});
+    checkString(token, {characters, length});
+    return add(Kind::String, token);
 }
 
 bool NodeBuilder::Key(const char* characters, rapidjson::SizeType length, bool /*copy*/)
 {
     pendingKey = takeToken();
-    return checkString(pendingKey, {characters, length});
+    checkString(pendingKey, {characters, length});
+    return true;
 }
 
-bool NodeBuilder::checkString(Span token, std::string_view decoded)
+void NodeBuilder::checkString(Span token, std::string_view decoded)
 {
-    if (!holdsSurrogate(decoded)) {
-        return true;
+    if (holdsSurrogate(decoded)) {
+        fail({Code::Syntax, token.begin,
+              QStringLiteral("half of a surrogate pair in %1").arg(excerpt(slice(token))),
+              QStringLiteral("write the character itself, in UTF-8")});
     }
-    return fail({Code::Syntax, token.begin,
-                 QStringLiteral("half of a surrogate pair in %1").arg(excerpt(slice(token))),
-                 QStringLiteral("write the character itself, in UTF-8")});
 }
 
 /// Catches the one string of a text that is a string.
@@ -409,7 +415,7 @@ struct StringCatcher : rapidjson::BaseReaderHandler<Utf8, StringCatcher> {
 
 } // namespace
 
-std::vector<ReadError> readNodes(std::string_view text, std::vector<JsonText::Node>& nodes)
+ReadErrors readNodes(std::string_view text, std::vector<JsonText::Node>& nodes)
 {
     const std::size_t start = startsWith(text, byteOrderMark) ? byteOrderMark.size() : 0;
     return NodeBuilder(text, start, nodes).read();

@@ -17,9 +17,14 @@ struct ReadError {
     quint32 firstOffset = 0; ///< where a key that is there twice stands first, otherwise 0
 };
 
-/// Fills `nodes` from a text. The errors come in the order of the text; the nodes are complete only
-/// when there is none.
-std::vector<ReadError> readNodes(std::string_view text, std::vector<JsonText::Node>& nodes);
+/// What is wrong in a text, in its order.
+struct ReadErrors {
+    std::vector<ReadError> list; ///< `limits::problemCount` of them at most
+    int leftOut = 0;             ///< those found beyond that
+};
+
+/// Fills `nodes` from a text. They are complete only when there is no error.
+ReadErrors readNodes(std::string_view text, std::vector<JsonText::Node>& nodes);
 
 /// The characters of a string token that was read before, quotes and escapes resolved.
 QString decodeString(std::string_view token);

@@ -46,6 +46,17 @@ int countCharacters(std::string_view line)
     }));
 }
 
+Problem leftOut(const QString& file, int count)
+{
+    return {Problem::Code::Size,
+            file,
+            0,
+            0,
+            count == 1 ? QStringLiteral("1 more problem is not listed")
+                       : QStringLiteral("%1 more problems are not listed").arg(count),
+            QStringLiteral("mend those above, then run this again")};
+}
+
 } // namespace
 
 JsonText::JsonText(QByteArray bytes, QString file)
@@ -71,8 +82,8 @@ std::shared_ptr<const JsonText> JsonText::parse(const QByteArray& bytes, const Q
     }
     const std::shared_ptr<JsonText> json(new JsonText(bytes, file));
     json->lineMarks = markLines(view(json->text));
-    const std::vector<ReadError> errors = readNodes(view(json->text), json->nodes);
-    for (const ReadError& error : errors) {
+    const ReadErrors errors = readNodes(view(json->text), json->nodes);
+    for (const ReadError& error : errors.list) {
         QString message = error.message;
         if (error.firstOffset != 0) {
             const Place first = json->place(error.firstOffset);
@@ -80,7 +91,10 @@ std::shared_ptr<const JsonText> JsonText::parse(const QByteArray& bytes, const Q
         }
         problems.append(json->problem(error.code, error.offset, message, error.advice));
     }
-    return errors.empty() ? json : nullptr;
+    if (errors.leftOut > 0) {
+        problems.append(leftOut(file, errors.leftOut));
+    }
+    return errors.list.empty() ? json : nullptr;
 }
 
 std::string_view JsonText::slice(Span span) const

@@ -89,8 +89,9 @@ public:
 
     /// Reads UTF-8 bytes; a byte order mark may lead them. Null with problems added when they are
     /// no JSON or beyond the limits: all problems up to the first one that makes the rest
-    /// unreadable, in the order of the text. `file` is what the problems name. Does no input or
-    /// output and uses no stack that grows with the text.
+    /// unreadable, in the order of the text; beyond `limits::problemCount` one more that counts the
+    /// others. `file` is what the problems name. Does no input or output and uses no stack that
+    /// grows with the text.
     static std::shared_ptr<const JsonText> parse(const QByteArray& bytes, const QString& file,
                                                  QList<Problem>& problems);
 

@@ -282,13 +282,32 @@ TEST(JsonText, takes_the_same_key_in_different_objects_for_no_problem)
     EXPECT_TRUE(problemsOf(R"({"a": {"a": {"a": 1}}, "b": [{"a": 1}, {"a": 1}]})").isEmpty());
 }
 
-TEST(JsonText, stops_at_so_many_problems)
+TEST(JsonText, lists_so_many_problems_and_counts_the_others)
 {
-    QByteArray text = "[";
-    for (int i = 0; i < 10 * filehost::limits::problemCount; ++i) {
-        text += "99999999999999999999,";
+    constexpr int listed = filehost::limits::problemCount;
+    QByteArray numbers;
+    for (int i = 0; i < listed; ++i) {
+        numbers += "99999999999999999999,";
     }
-    EXPECT_EQ(problemsOf(text + "1]").size(), filehost::limits::problemCount);
+    EXPECT_EQ(problemsOf("[" + numbers + "1]").size(), listed);
+
+    // In the last row, one of the two ends the reading.
+    struct Row {
+        QByteArray rest;
+        const char* message;
+    };
+    for (const Row& row :
+         {Row{R"({"a": 1, "a": 2}])", "1 more problem is not listed"},
+          Row{numbers + R"("\uDC00"])", "101 more problems are not listed"},
+          Row{"99999999999999999999, nothing]", "2 more problems are not listed"}}) {
+        const QList<Problem> problems = problemsOf("[" + numbers + row.rest);
+        ASSERT_EQ(problems.size(), listed + 1);
+        EXPECT_EQ(problems[listed - 1].code, Code::NumberRange);
+        EXPECT_EQ(problems.last().code, Code::Size);
+        EXPECT_EQ(problems.last().line, 0);
+        EXPECT_EQ(problems.last().message, QString(row.message));
+        EXPECT_FALSE(problems.last().advice.isEmpty());
+    }
 }
 
 TEST(JsonText, quotes_long_offending_text_in_part)
