@@ -123,8 +123,12 @@ public:
         : instance(std::move(instance)), changes(changes)
     {}
 
-    /// The recursion is bounded by the depth of the texts.
-    void compare(Side before, Side after, const QString& url)
+    void compareRoots(Side before, Side after) { compare(before, after, QString(), QString()); }
+
+private:
+    /// The URLs of what is below begin with `prefix`. An empty name is one, so an empty URL is not
+    /// always the root's. The recursion is bounded by the depth of the texts.
+    void compare(Side before, Side after, const QString& url, const QString& prefix)
     {
         if (!before.isAbsent() && !after.isAbsent() && before.spelling() == after.spelling()) {
             return;
@@ -138,13 +142,12 @@ public:
                 changes.append({instance, url, pair.name, oldValue, newValue});
             }
         }
-        const QString prefix = url.isEmpty() ? url : url + QLatin1Char('/');
         for (const Pair& pair : pairs.children) {
-            compare(before.at(pair.before), after.at(pair.after), prefix + pair.name);
+            const QString child = prefix + pair.name;
+            compare(before.at(pair.before), after.at(pair.after), child, child + QLatin1Char('/'));
         }
     }
 
-private:
     Instance instance;
     QList<LeafChange>& changes;
 };
@@ -154,8 +157,7 @@ private:
 void addChanges(const Instance& instance, const JsonText* before, const JsonText& after,
                 QList<LeafChange>& changes)
 {
-    Comparison(instance, changes)
-        .compare({before, JsonText::root}, {&after, JsonText::root}, QString());
+    Comparison(instance, changes).compareRoots({before, JsonText::root}, {&after, JsonText::root});
 }
 
 namespace {

@@ -249,6 +249,22 @@ TEST_F(Sessions, tell_what_changed_in_the_order_of_instances_and_files)
                                        {"A", "Y", "@value", 1LL, 2LL}});
 }
 
+TEST_F(Sessions, tell_what_changed_below_an_empty_name_by_a_url_that_leads_there)
+{
+    write("configuration/A.json", R"({"": {"X": 1}, "X": 1, "Y": {"": {"X": 1}}})");
+    begin();
+    change(configurationOf("A"), "/X", "@value", 2);
+    change(configurationOf("A"), "Y//X", "@value", 3);
+    expectChanges(session->changes(),
+                  {{"A", "/X", "@value", 1LL, 2LL}, {"A", "Y//X", "@value", 1LL, 3LL}});
+    const auto tree = session->load(configurationOf("A"));
+    for (const LeafChange& change : session->changes()) {
+        const auto leaf = tree->getChildData(change.url);
+        ASSERT_TRUE(leaf) << change.url.toStdString();
+        EXPECT_EQ(leaf->getDataProperty(change.property), change.after);
+    }
+}
+
 TEST_F(Sessions, merge_the_changes_of_several_stores)
 {
     write("configuration/A.json", R"({"X": 1, "Y": 1})");
