@@ -122,6 +122,11 @@ bool readManifest(const QString& root, std::shared_ptr<const JsonText>& text,
 {
     text.reset();
     const File file = manifestFile(root);
+    if (const std::optional<Problem> unreadable =
+            unreadableFolder(root, QFileInfo(file.path).path())) {
+        problems.append(*unreadable);
+        return false;
+    }
     if (leadsOut(root, file.path)) {
         problems.append(leadingOut(root, file.path, QStringLiteral("the manifest")));
         return false;

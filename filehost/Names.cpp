@@ -9,6 +9,8 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
+#include <unistd.h>
 
 namespace filehost {
 
@@ -27,6 +29,33 @@ bool isManifest(Named what, const QString& name)
     return what == Named::Configuration &&
            QString(name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension()) ==
                PropertyManagerConst::getConfigurationManifestFilename();
+}
+
+/// Why a folder cannot be read: an error of the system; 0 when it can be.
+int errorOfReading(const QString& folder)
+{
+    // With the dot, the system follows links and takes nothing but a folder.
+    const QByteArray path = QFile::encodeName(folder + QStringLiteral("/."));
+    return ::access(path.constData(), R_OK | X_OK) == 0 ? 0 : errno;
+}
+
+QString reasonOf(int error)
+{
+    return error == ENOENT ? QStringLiteral("it is a symbolic link that leads nowhere")
+                           : qt_error_string(error);
+}
+
+QString adviceOn(int error)
+{
+    switch (error) {
+    case ENOENT:
+    case ELOOP:
+        return QStringLiteral("put the folder itself in the place of the link");
+    case ENOTDIR:
+        return QStringLiteral("put a folder in its place");
+    default:
+        return QStringLiteral("check its permissions");
+    }
 }
 
 } // namespace
@@ -101,8 +130,12 @@ QString confinedPath(const QString& root, const QString& folder, Named what, con
     if (!leadsOut(root, path)) {
         return path;
     }
-    problems.append(leadingOut(
-        root, path, QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
+    const std::optional<Problem> unreadable = unreadableFolder(root, QFileInfo(path).path());
+    problems.append(
+        unreadable
+            ? *unreadable
+            : leadingOut(root, path,
+                         QStringLiteral("the name \"%1\" of a %2").arg(name, wordsFor(what))));
     return {};
 }
 
@@ -127,6 +160,30 @@ bool leadsOut(const QString& root, const QString& path)
     }
     // A link that leads nowhere counts as one that leads out: it could be followed anywhere.
     return !existing.exists() || !isInside(canonicalPath(root), existing.canonicalFilePath());
+}
+
+std::optional<Problem> unreadableFolder(const QString& root, const QString& folder)
+{
+    if (folder.size() <= root.size()) {
+        return std::nullopt;
+    }
+    if (std::optional<Problem> outer = unreadableFolder(root, QFileInfo(folder).path())) {
+        return outer;
+    }
+    const QString shown = shownPath(root, folder);
+    const int error = errorOfReading(folder);
+    // Below a file that stands in the place of a subfolder, everything is just missing.
+    const bool isMissing = (error == ENOENT && !QFileInfo(folder).isSymLink()) ||
+                           (error == ENOTDIR && shown.contains(QLatin1Char('/')));
+    if (error == 0 || isMissing) {
+        return std::nullopt;
+    }
+    return Problem{Problem::Code::Read,
+                   shown,
+                   0,
+                   0,
+                   QStringLiteral("this folder cannot be read: %1").arg(reasonOf(error)),
+                   adviceOn(error)};
 }
 
 QString canonicalPath(const QString& path)
@@ -181,6 +238,12 @@ void explainMissing(QList<Problem>& problems, Named what, const QString& name,
 {
     for (Problem& problem : problems) {
         if (problem.code != Problem::Code::Missing) {
+            continue;
+        }
+        const QString root = QDir::cleanPath(folder + QStringLiteral("/.."));
+        const QFileInfo file(QDir(folder).absoluteFilePath(name));
+        if (const std::optional<Problem> unreadable = unreadableFolder(root, file.path())) {
+            problem = *unreadable;
             continue;
         }
         const QString nearest = nearestName(name, namesIn(folder, what));

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace filehost {
 
 /// What a name stands for; its words appear in problems.
@@ -35,6 +37,11 @@ bool leadsOut(const QString& root, const QString& path);
 /// The problem of a path that does, or leads nowhere.
 Problem leadingOut(const QString& root, const QString& path, const QString& subject);
 
+/// The problem of a folder that is there but cannot be read, or of the outermost such folder
+/// between it and `root`. Nothing when there is none, which a folder that is missing does not
+/// change.
+std::optional<Problem> unreadableFolder(const QString& root, const QString& folder);
+
 /// Without symbolic links where the path exists, else made absolute and clean.
 QString canonicalPath(const QString& path);
 
@@ -49,7 +56,7 @@ QString shownPath(const QString& root, const QString& path);
 QStringList namesIn(const QString& folder, Named what);
 
 /// Says in a missing file's problem what it was looked for as, and which name in the folder is
-/// alike.
+/// alike; or that the folder cannot be read, so that nobody knows whether the file is missing.
 void explainMissing(QList<Problem>& problems, Named what, const QString& name,
                     const QString& folder);
 

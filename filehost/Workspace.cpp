@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -24,24 +25,64 @@ bool operator<(const Instance& left, const Instance& right)
     return std::tie(left.kind, left.name) < std::tie(right.kind, right.name);
 }
 
-Workspace::Workspace(QString directory) : root(std::move(directory)) {}
+namespace {
 
-std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem>& problems)
+QStringList foldersOf(const QString& root)
 {
-    const QString root = QDir::cleanPath(QDir(directory).absolutePath());
-    const bool isWorkspace = QFileInfo(folderOf(root, Named::Configuration)).isDir() ||
-                             QFileInfo(folderOf(root, Named::Process)).isDir() ||
-                             QFileInfo(folderOf(root, Named::Description)).isDir();
-    if (isWorkspace) {
-        return Workspace(root);
+    return {folderOf(root, Named::Configuration), folderOf(root, Named::Process),
+            folderOf(root, Named::Description)};
+}
+
+bool isFolder(const QString& path)
+{
+    return QFileInfo(path).isDir();
+}
+
+/// Adds a problem for each folder of a workspace that is there but cannot be read.
+bool checkFoldersOf(const QString& root, QList<Problem>& problems)
+{
+    bool areReadable = true;
+    for (const QString& folder : foldersOf(root)) {
+        if (const std::optional<Problem> unreadable = unreadableFolder(root, folder)) {
+            problems.append(*unreadable);
+            areReadable = false;
+        }
+    }
+    return areReadable;
+}
+
+/// Why a folder is no workspace.
+void explainNoWorkspace(const QString& directory, const QString& root, QList<Problem>& problems)
+{
+    if (std::optional<Problem> unreadable = unreadableFolder(QFileInfo(root).path(), root)) {
+        unreadable->file = directory;
+        problems.append(*unreadable);
+        return;
+    }
+    if (!checkFoldersOf(root, problems)) {
+        return;
     }
     const QString wrong =
-        QFileInfo(root).isDir()
+        isFolder(root)
             ? QStringLiteral("this folder is no workspace: it has no configuration/, process/ or "
                              "dependency/")
             : QStringLiteral("there is no such folder");
     problems.append({Problem::Code::Missing, directory, 0, 0, wrong,
                      QStringLiteral("unitflow init DIR makes a workspace")});
+}
+
+} // namespace
+
+Workspace::Workspace(QString directory) : root(std::move(directory)) {}
+
+std::optional<Workspace> Workspace::open(const QString& directory, QList<Problem>& problems)
+{
+    const QString root = QDir::cleanPath(QDir(directory).absolutePath());
+    const QStringList folders = foldersOf(root);
+    if (std::any_of(folders.begin(), folders.end(), isFolder)) {
+        return Workspace(root);
+    }
+    explainNoWorkspace(directory, root, problems);
     return std::nullopt;
 }
 
@@ -73,6 +114,11 @@ QList<Link> Workspace::links(QList<Problem>& problems) const
     }
     const std::shared_ptr<const json::JsonText> text = readJson(file, problems);
     return text ? readLinks(*text, problems) : QList<Link>();
+}
+
+bool Workspace::checkFolders(QList<Problem>& problems) const
+{
+    return checkFoldersOf(root, problems);
 }
 
 bool Workspace::checkManifest(QList<Problem>& problems) const

@@ -57,6 +57,10 @@ public:
     /// the file are added at once; entries without a problem are still returned.
     QList<Link> links(QList<Problem>& problems) const;
 
+    /// Whether each of the three folders can be read if it is there; otherwise false with problems.
+    /// In a folder that cannot be read, no names are found.
+    bool checkFolders(QList<Problem>& problems) const;
+
     /// Whether the manifest is there and is a list; otherwise false with problems.
     bool checkManifest(QList<Problem>& problems) const;
 

@@ -83,6 +83,7 @@ QString linkList(const Listing& listing, bool color)
 Listing listingOf(const Workspace& workspace, QList<filehost::Problem>& problems)
 {
     Listing listing;
+    workspace.checkFolders(problems);
     listing.links = workspace.links(problems);
     listing.instances = instancesOf(workspace, Kind::Configuration, listing.links) +
                         instancesOf(workspace, Kind::Process, listing.links);

@@ -212,6 +212,119 @@ TEST_F(WorkspaceFolder, may_itself_be_reached_by_a_symbolic_link)
     EXPECT_TRUE(problems.isEmpty());
 }
 
+namespace {
+
+struct Unreadable {
+    const char* title;
+    void (*make)(const QString& path);
+    const char* reason;
+};
+
+void PrintTo(const Unreadable& row, std::ostream* stream)
+{
+    *stream << row.title;
+}
+
+/// A workspace in which something that is none takes the place of a folder. What lacks a permission
+/// is left out: nothing does for root, as whom tests may run.
+class UnreadableFolders : public TestWorkspace, public testing::WithParamInterface<Unreadable> {
+protected:
+    void replace(const char* folder) const
+    {
+        ASSERT_TRUE(QDir(root()).rmdir(folder));
+        GetParam().make(path(folder));
+    }
+
+    void expectUnreadable(const QStringList& folders)
+    {
+        ASSERT_EQ(problems.size(), folders.size());
+        for (int i = 0; i < folders.size(); ++i) {
+            EXPECT_EQ(problems[i].code, Code::Read);
+            EXPECT_EQ(problems[i].file, folders[i]);
+            EXPECT_EQ(problems[i].message,
+                      QString("this folder cannot be read: %1").arg(GetParam().reason));
+            EXPECT_FALSE(problems[i].advice.isEmpty());
+        }
+        problems.clear();
+    }
+
+    QList<Problem> problems;
+};
+
+} // namespace
+
+TEST_P(UnreadableFolders, are_told_from_missing_ones)
+{
+    EXPECT_TRUE(workspace().checkFolders(problems));
+    replace("process");
+    ASSERT_TRUE(QDir(root()).rmdir("configuration"));
+    EXPECT_FALSE(workspace().checkFolders(problems));
+    expectUnreadable({"process"});
+}
+
+TEST_P(UnreadableFolders, make_no_workspace)
+{
+    for (const char* folder : {"configuration", "process", "dependency"}) {
+        replace(folder);
+    }
+    EXPECT_FALSE(Workspace::open(root(), problems));
+    expectUnreadable({"configuration", "process", "dependency"});
+}
+
+TEST_P(UnreadableFolders, cannot_be_a_workspace)
+{
+    const QString place = outside() + "/elsewhere";
+    GetParam().make(place);
+    EXPECT_FALSE(Workspace::open(place, problems));
+    expectUnreadable({place});
+}
+
+TEST_P(UnreadableFolders, are_named_in_place_of_what_is_looked_for_there)
+{
+    replace("process");
+    replace("dependency");
+    filehost::Session session(workspace(), filehost::Session::Access::Read);
+    ASSERT_TRUE(session.begin({}));
+    EXPECT_EQ(session.description("d"), QString());
+    EXPECT_TRUE(session.load(processOf("Line 1/A")).isNull());
+    problems = session.takeProblems();
+    expectUnreadable({"dependency", "process"});
+}
+
+TEST_P(UnreadableFolders, of_configurations_hide_the_manifest)
+{
+    replace("configuration");
+    EXPECT_FALSE(workspace().checkManifest(problems));
+    expectUnreadable({"configuration"});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, UnreadableFolders,
+    testing::Values(Unreadable{"a_file",
+                               [](const QString& path) {
+                                   QFile file(path);
+                                   EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+                               },
+                               "Not a directory"},
+                    Unreadable{"a_link_to_itself",
+                               [](const QString& path) { EXPECT_TRUE(QFile::link(path, path)); },
+                               "Too many levels of symbolic links"},
+                    Unreadable{"a_link_to_nowhere",
+                               [](const QString& path) {
+                                   EXPECT_TRUE(QFile::link(path + " elsewhere", path));
+                               },
+                               "it is a symbolic link that leads nowhere"}),
+    [](const testing::TestParamInfo<Unreadable>& test) { return test.param.title; });
+
+TEST_F(WorkspaceFolder, names_a_subfolder_that_cannot_be_read_in_place_of_what_is_below)
+{
+    ASSERT_TRUE(QFile::link(path("configuration/loop"), path("configuration/loop")));
+    EXPECT_EQ(workspace().instancePath(configurationOf("loop/sub/A"), problems), QString());
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_EQ(problems.first().code, Code::Read);
+    EXPECT_EQ(problems.first().file, QString("configuration/loop"));
+}
+
 TEST_F(Links, are_none_without_a_file)
 {
     EXPECT_TRUE(workspace().links(problems).isEmpty());

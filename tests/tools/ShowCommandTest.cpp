@@ -1,5 +1,6 @@
 #include "Fixture.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -146,6 +147,20 @@ TEST(ShowWorkspace, lists_what_there_is_although_the_links_are_broken)
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: links.json:1:2: ")))
         << result.err.toStdString();
+    EXPECT_TRUE(result.out.contains(QStringLiteral("controller")));
+}
+
+TEST(ShowWorkspace, lists_what_there_is_beside_a_folder_that_cannot_be_read)
+{
+    const TestWorkspace workspace;
+    workspace.remove(QStringLiteral("dependency/units.json"));
+    ASSERT_TRUE(QDir(workspace.path()).rmdir(QStringLiteral("dependency")));
+    workspace.write(QStringLiteral("dependency"), "");
+    const Result result = run(workspace, show());
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err,
+              QStringLiteral("error: dependency: this folder cannot be read: Not a directory\n"
+                             "    put a folder in its place\n"));
     EXPECT_TRUE(result.out.contains(QStringLiteral("controller")));
 }
 
