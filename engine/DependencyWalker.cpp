@@ -6,11 +6,46 @@
 #include "host/ConfigurationAndProcessDataParser.h"
 #include "host/PropertyManagerConst.h"
 #include "internal/Children.h"
+#include "internal/Observing.h"
+#include "internal/Running.h"
+#include "patterns/Pattern.h"
 #include "patterns/PatternIndex.h"
 
 #include <QFile>
 
 #include <algorithm>
+
+using Selection = TraversalObserver::Selection;
+
+namespace {
+
+void reportSelection(TraversalObserver* listener, const QSharedPointer<NodeBase>& node,
+                     Selection selection, const QString& watched)
+{
+    if (listener != nullptr && !node.isNull()) {
+        listener->nodeSelected({node->getNodeName(), selection, watched});
+    }
+}
+
+/// The pattern by which a node is found at this place of an answer. A node is found once for each
+/// of its patterns that match, in their order.
+QString selectingPattern(const QList<QSharedPointer<NodeBase>>& matching, int index,
+                         const QString& url)
+{
+    const QSharedPointer<NodeBase>& node = matching.at(index);
+    auto earlier = std::count(matching.cbegin(), matching.cbegin() + index, node);
+    const QString& prefix = DependencyWalkerDefinitions::getPrefixRegularExpression();
+    for (const QString& watched : node.isNull() ? QStringList() : node->getConditionUrls()) {
+        const QString pattern = watched.mid(prefix.size());
+        if (watched.startsWith(prefix) && patterns::Pattern(pattern).findsMatch(url) &&
+            earlier-- == 0) {
+            return pattern;
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 DependencyWalker::DependencyWalker() : patternIndex(std::make_unique<patterns::PatternIndex>()) {}
 
@@ -148,23 +183,39 @@ bool DependencyWalker::traverseDependencyGraph(
     const BaseClassSharedPointer target = targetRoot;
     const QSharedPointer<UnitManipulatorBase> unitManipulator = manipulator;
     bool outcome = false;
+    TraversalObserver* const listener = internal::observer();
+    if (listener != nullptr) {
+        listener->traversalStarted(writtenUrl);
+    }
     const auto run = [&](const QSharedPointer<NodeBase>& node) {
-        if (!node.isNull() && node->traverseNode(source, target, writtenUrl, results, changed,
-                                                 parameters, unitManipulator)) {
+        if (!node.isNull() && internal::runNode(*node, source, target, writtenUrl, results, changed,
+                                                parameters, unitManipulator)) {
             outcome = true;
         }
-    };
-    const auto runAll = [&run](const QList<QSharedPointer<NodeBase>>& nodes) {
-        std::for_each(nodes.cbegin(), nodes.cend(), run);
     };
 
     const QMultiHash<QString, QSharedPointer<NodeBase>> watchers = urlNodeMap;
     for (auto watcher = watchers.constFind(writtenUrl);
          watcher != watchers.cend() && watcher.key() == writtenUrl; ++watcher) {
+        reportSelection(listener, watcher.value(), Selection::Url, writtenUrl);
         run(watcher.value());
     }
-    runAll(patternIndex->matches(writtenUrl));
-    runAll(QList<QSharedPointer<NodeBase>>(unconditionalNodes));
+    const QList<QSharedPointer<NodeBase>> matching = patternIndex->matches(writtenUrl);
+    for (int index = 0; index < matching.size(); ++index) {
+        if (listener != nullptr) {
+            reportSelection(listener, matching.at(index), Selection::Pattern,
+                            selectingPattern(matching, index, writtenUrl));
+        }
+        run(matching.at(index));
+    }
+    const QList<QSharedPointer<NodeBase>> unconditional = unconditionalNodes;
+    for (const QSharedPointer<NodeBase>& node : unconditional) {
+        reportSelection(listener, node, Selection::Unconditional, {});
+        run(node);
+    }
+    if (listener != nullptr) {
+        listener->traversalFinished(outcome, changed);
+    }
     return outcome;
 }
 

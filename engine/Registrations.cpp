@@ -13,12 +13,21 @@
 #include "DependencyWalkerFactory.h"
 #include "Nodes/NodeCommand.h"
 #include "Nodes/NodeSwitch.h"
+#include "internal/Types.h"
+
+#include <utility>
 
 namespace {
 
 template <class Factory, class T>
 struct Registration {
-    explicit Registration(const QString& key) { Factory::template registerType<T>(key); }
+    explicit Registration(const QString& key)
+    {
+        Factory::template registerType<T>(key);
+        TypeDescription description = T::typeDescription();
+        description.name = key;
+        internal::registeredTypes().push_back({std::move(description), typeid(T)});
+    }
 };
 
 template <class T>

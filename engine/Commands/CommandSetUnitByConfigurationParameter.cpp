@@ -4,10 +4,29 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "internal/CallText.h"
+#include "internal/Observing.h"
 #include "internal/ParameterTable.h"
 #include "internal/WriteStatus.h"
 
+using Outcome = TraversalObserver::RowOutcome;
+
 namespace {
+
+enum Column { ParameterUrl, Extra, TargetUrlTemplate };
+
+const TableDescription& table()
+{
+    static const TableDescription description{
+        {{QStringLiteral("parameter URL"),
+          QStringLiteral("the leaf of the source whose value is the unit"), CellRole::SourceUrl},
+         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark},
+         {QStringLiteral("target URL"),
+          QStringLiteral("the leaf whose unit is set; %1 and %2 stand for the link's two "
+                         "parameters"),
+          CellRole::TargetUrlTemplate}},
+        {{ParameterUrl, Extra, TargetUrlTemplate}}};
+    return description;
+}
 
 bool hasPlace(const QString& text)
 {
@@ -51,13 +70,19 @@ CommandSetUnitByConfigurationParameter::~CommandSetUnitByConfigurationParameter(
 
 bool CommandSetUnitByConfigurationParameter::initCommand(const BaseClassSharedPointer& description)
 {
-    for (const QVariantList& cells : internal::parameterRows(description)) {
-        if (cells.size() == 3) {
-            unitProperties.append(
-                {cells.at(0).toString(), cells.at(1).toString(), cells.at(2).toString()});
-        }
+    for (const internal::ParameterRow& row : internal::parameterRows(description, table())) {
+        unitProperties.append(
+            {row.text(ParameterUrl), row.text(Extra), row.text(TargetUrlTemplate)});
     }
     return true;
+}
+
+TypeDescription CommandSetUnitByConfigurationParameter::typeDescription()
+{
+    return {TypeDescription::Kind::Command,
+            {},
+            QStringLiteral("Sets units to values of the source."),
+            table()};
 }
 
 bool CommandSetUnitByConfigurationParameter::executeCommand(
@@ -70,20 +95,26 @@ bool CommandSetUnitByConfigurationParameter::executeCommand(
     }
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    const internal::RowReport report;
     bool commandResult = false;
-    for (const UnitProperties& row : rows) {
-        const BaseClassSharedPointer leaf =
-            targetRoot->getChildData(fillTemplate(row.targetUrlTemplate, parameters));
+    for (int index = 0; index < rows.size(); ++index) {
+        const UnitProperties& row = rows.at(index);
+        const QString targetUrl = fillTemplate(row.targetUrlTemplate, parameters);
+        const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
         if (leaf.isNull() || row.parameterUrl.isEmpty()) {
+            report.skipped(index, leaf.isNull() ? Outcome::NoTarget : Outcome::NoParameterUrl,
+                           targetUrl);
             continue;
         }
         const QVariant value =
             ConfigurationAndProcessDataTools::extractConfigValue(row.parameterUrl, sourceRoot);
         if (!value.isValid()) {
+            report.skipped(index, Outcome::NoValue, targetUrl);
             continue;
         }
         const int status = leaf->setDataProperty(unitKey, value);
         internal::noteStatus(status, commandResult, changed);
+        report.written(index, status, targetUrl, value);
         if (!manipulator.isNull()) {
             manipulator->manipulateUnit(leaf, value.toString(), commandResult, changed);
         }

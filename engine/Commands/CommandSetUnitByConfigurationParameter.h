@@ -2,6 +2,7 @@
 #define UNITFLOW_COMMANDS_COMMANDSETUNITBYCONFIGURATIONPARAMETER_H
 
 #include "Commands/CommandBase.h"
+#include "TypeDescription.h"
 
 #include <QList>
 
@@ -33,6 +34,9 @@ public:
 
     /// Always true.
     bool initCommand(const BaseClassSharedPointer& description) override;
+
+    /// Its parameter table and what it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
 
 private:
     QList<UnitProperties> unitProperties;

@@ -4,15 +4,36 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "internal/CallText.h"
+#include "internal/Observing.h"
 #include "internal/ParameterTable.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 
 #include <QRegularExpression>
 
+#include <optional>
+
+using Array = CommandSetUnitByConfigurationParameterArray;
 using Definitions = ConfigurationAndProcessDataDefinitions;
+using Outcome = TraversalObserver::RowOutcome;
 
 namespace {
+
+enum Column { ParameterUrl, Extra, ArrayTarget };
+
+const TableDescription& table()
+{
+    static const TableDescription description{
+        {{QStringLiteral("parameter URL"),
+          QStringLiteral("the leaf of the source whose value is the unit"), CellRole::SourceUrl},
+         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark},
+         {QStringLiteral("array target"),
+          QStringLiteral("an array and its column, counted from 0: \"Table[1]\" or "
+                         "\"Table[2+1]\""),
+          CellRole::TargetColumn}},
+        {{ParameterUrl, ArrayTarget}, {ParameterUrl, Extra, ArrayTarget}}};
+    return description;
+}
 
 constexpr int noIndex = -1;
 
@@ -67,6 +88,77 @@ int evalTwoOperands(const QString& expression, QChar sign, int warningLine, Comp
     return value;
 }
 
+/// Finds the array and the column that a row names. What is found so far is in `result`, which says
+/// what is the matter when there is no such; warnings say it, too.
+bool findColumn(Array& command, const Array::UnitProperties& row,
+                const BaseClassSharedPointer& targetRoot, BaseClassSharedPointer& leaf,
+                TraversalObserver::CommandRow& result)
+{
+    if (!command.getArrayUrlAndColumnIndex(row.arrayTarget, result.targetUrl, result.column)) {
+        internal::warning(executing(110)) << "Unable to get Array index and url" << row.arrayTarget;
+        result.outcome =
+            result.targetUrl.isEmpty() ? Outcome::MalformedTarget : Outcome::InvalidColumn;
+        return false;
+    }
+    leaf = targetRoot->getChildData(result.targetUrl);
+    if (leaf.isNull()) {
+        internal::warning(executing(105)) << "Unable to connect to leaf" << row.arrayTarget;
+        result.outcome = Outcome::NoTarget;
+        return false;
+    }
+    if (leaf->getDataProperty(Definitions::getKeyDataPropertyType()).toString() !=
+        Definitions::getKeyDataTypeArray()) {
+        // The parameter is named, not the target: readers of logs know the rows by it.
+        internal::warning(executing(100)) << "Not an array datatype" << row.parameterUrl;
+        result.outcome = Outcome::NotAnArray;
+        return false;
+    }
+    return true;
+}
+
+/// Sets the unit of one column. False when the row is skipped; `result` tells what became of it.
+bool setColumn(Array& command, const Array::UnitProperties& row,
+               const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
+               const internal::RowReport& report, TraversalObserver::CommandRow& result)
+{
+    const auto skip = [&](Outcome outcome) {
+        result.outcome = outcome;
+        return false;
+    };
+    BaseClassSharedPointer leaf;
+    if (!findColumn(command, row, targetRoot, leaf, result)) {
+        return false;
+    }
+    const QVariant information =
+        leaf->getDataProperty(Definitions::getKeyDataPropertyArrayInformation());
+    if (!information.canConvert(QMetaType::QVariantList)) {
+        return skip(Outcome::NoColumns);
+    }
+    Array2dDataTypeWrapper array({}, information.toList());
+    if (row.parameterUrl.isEmpty()) {
+        return skip(Outcome::NoParameterUrl);
+    }
+    const QVariant value =
+        ConfigurationAndProcessDataTools::extractConfigValue(row.parameterUrl, sourceRoot);
+    if (!value.canConvert(QMetaType::QString)) {
+        return skip(Outcome::NoValue); // missing, or nothing that could be a unit
+    }
+    result.unit = value.toString();
+    QStringList units = array.getColumnUnitTypes();
+    if (result.column >= units.size()) {
+        result.outcome = Outcome::ColumnOutOfRange;
+        report.row(result);
+    }
+    units[result.column] = result.unit.toString(); // past the end the list's assertion fails
+    if (!array.setColumnUnitTypes(units)) {
+        result.outcome = Outcome::ColumnsRefused;
+        return true;
+    }
+    result.status = array.setArrayInfoWithStatus(targetRoot, result.targetUrl);
+    result.outcome = internal::RowReport::outcomeOf(result.status);
+    return true;
+}
+
 } // namespace
 
 CommandSetUnitByConfigurationParameterArray::CommandSetUnitByConfigurationParameterArray(
@@ -81,16 +173,19 @@ CommandSetUnitByConfigurationParameterArray::~CommandSetUnitByConfigurationParam
 bool CommandSetUnitByConfigurationParameterArray::initCommand(
     const BaseClassSharedPointer& description)
 {
-    bool anyRow = false;
-    for (const QVariantList& cells : internal::parameterRows(description)) {
-        if (cells.size() != 2 && cells.size() != 3) {
-            continue;
-        }
-        const QString extra = cells.size() == 3 ? cells.at(1).toString() : QString();
-        unitProperties.append({cells.first().toString(), extra, cells.last().toString()});
-        anyRow = true;
+    const auto rows = internal::parameterRows(description, table());
+    for (const internal::ParameterRow& row : rows) {
+        unitProperties.append({row.text(ParameterUrl), row.text(Extra), row.text(ArrayTarget)});
     }
-    return anyRow;
+    return !rows.empty();
+}
+
+TypeDescription CommandSetUnitByConfigurationParameterArray::typeDescription()
+{
+    return {TypeDescription::Kind::Command,
+            {},
+            QStringLiteral("Sets the units of array columns to values of the source."),
+            table()};
 }
 
 int CommandSetUnitByConfigurationParameterArray::evalArrayIndexExpression(const QString& expression)
@@ -137,31 +232,6 @@ bool CommandSetUnitByConfigurationParameterArray::getArrayUrlAndColumnIndex(
     return true;
 }
 
-/// The array leaf and the column that a row names; none, with warnings, when there is no such.
-std::optional<CommandSetUnitByConfigurationParameterArray::ArrayColumn>
-CommandSetUnitByConfigurationParameterArray::findColumn(const UnitProperties& row,
-                                                        const BaseClassSharedPointer& targetRoot)
-{
-    QString arrayUrl;
-    int columnIndex = noIndex;
-    if (!getArrayUrlAndColumnIndex(row.arrayTarget, arrayUrl, columnIndex)) {
-        internal::warning(executing(110)) << "Unable to get Array index and url" << row.arrayTarget;
-        return std::nullopt;
-    }
-    const BaseClassSharedPointer leaf = targetRoot->getChildData(arrayUrl);
-    if (leaf.isNull()) {
-        internal::warning(executing(105)) << "Unable to connect to leaf" << row.arrayTarget;
-        return std::nullopt;
-    }
-    if (leaf->getDataProperty(Definitions::getKeyDataPropertyType()).toString() !=
-        Definitions::getKeyDataTypeArray()) {
-        // The parameter is named, not the target: readers of logs know the rows by it.
-        internal::warning(executing(100)) << "Not an array datatype" << row.parameterUrl;
-        return std::nullopt;
-    }
-    return ArrayColumn{leaf, arrayUrl, columnIndex};
-}
-
 bool CommandSetUnitByConfigurationParameterArray::executeCommand(
     const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
     const QString& /*url*/, QVariantList& /*results*/, bool& changed,
@@ -172,32 +242,17 @@ bool CommandSetUnitByConfigurationParameterArray::executeCommand(
         return false;
     }
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    const internal::RowReport report;
     bool commandResult = false;
-    for (const UnitProperties& row : rows) {
-        const std::optional<ArrayColumn> column = findColumn(row, targetRoot);
-        if (!column) {
+    for (int index = 0; index < rows.size(); ++index) {
+        TraversalObserver::CommandRow result{index, Outcome::NoTarget, {}, {}};
+        const bool isApplied =
+            setColumn(*this, rows.at(index), sourceRoot, targetRoot, report, result);
+        report.row(result);
+        if (!isApplied) {
             continue;
         }
-        const QVariant information =
-            column->leaf->getDataProperty(Definitions::getKeyDataPropertyArrayInformation());
-        if (!information.canConvert(QMetaType::QVariantList)) {
-            continue;
-        }
-        Array2dDataTypeWrapper array({}, information.toList());
-        if (row.parameterUrl.isEmpty()) {
-            continue;
-        }
-        const QVariant value =
-            ConfigurationAndProcessDataTools::extractConfigValue(row.parameterUrl, sourceRoot);
-        if (!value.canConvert(QMetaType::QString)) {
-            continue; // missing, or nothing that could be a unit
-        }
-        QStringList units = array.getColumnUnitTypes();
-        units[column->columnIndex] = value.toString(); // past the end the list's assertion fails
-        if (array.setColumnUnitTypes(units)) {
-            const int status = array.setArrayInfoWithStatus(targetRoot, column->arrayUrl);
-            internal::noteStatus(status, commandResult, changed);
-        }
+        internal::noteStatus(result.status, commandResult, changed);
         if (!manipulator.isNull()) {
             internal::warning(executing(92)) << "Manipulate unit is not implemented for command "
                                                 "SetUnitByConfigurationParameterArray.";

@@ -2,10 +2,9 @@
 #define UNITFLOW_COMMANDS_COMMANDSETUNITBYCONFIGURATIONPARAMETERARRAY_H
 
 #include "Commands/CommandBase.h"
+#include "TypeDescription.h"
 
 #include <QList>
-
-#include <optional>
 
 /// Makes the unit of one column of an array leaf follow a value of the source
 /// ("CommandSetUnitByConfigurationParameterArray").
@@ -39,6 +38,9 @@ public:
     /// True when at least one row was taken.
     bool initCommand(const BaseClassSharedPointer& description) override;
 
+    /// Its parameter table and what it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
+
     /// The value of a whole number, of a sum or of a difference of two; -1 when it is none of these
     /// or does not fit an int. A result of -1 is not told from a failure.
     int evalArrayIndexExpression(const QString& expression);
@@ -48,14 +50,6 @@ public:
     bool getArrayUrlAndColumnIndex(const QString& arrayTarget, QString& arrayUrl, int& columnIndex);
 
 private:
-    struct ArrayColumn {
-        BaseClassSharedPointer leaf;
-        QString arrayUrl;
-        int columnIndex;
-    };
-    std::optional<ArrayColumn> findColumn(const UnitProperties& row,
-                                          const BaseClassSharedPointer& targetRoot);
-
     QList<UnitProperties> unitProperties;
 };
 

@@ -3,12 +3,32 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "host/ConfigurationAndProcessDataTools.h"
 #include "internal/CallText.h"
+#include "internal/Observing.h"
 #include "internal/ParameterTable.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 #include "patterns/PatternList.h"
 
+using Outcome = TraversalObserver::RowOutcome;
+
 namespace {
+
+enum Column { Pattern, TargetUrlTemplate };
+
+const TableDescription& table()
+{
+    static const TableDescription description{
+        {{QStringLiteral("pattern"),
+          QStringLiteral("searched in the written URL; without a capture group the row never "
+                         "applies"),
+          CellRole::PatternWithGroups},
+         {QStringLiteral("target URL"),
+          QStringLiteral("the leaf whose unit is set; (?<name>) stands for what the group of that "
+                         "name captured"),
+          CellRole::TargetUrlByGroups}},
+        {{Pattern, TargetUrlTemplate}}};
+    return description;
+}
 
 constexpr internal::WarningPlace noManipulator{
     "Commands/CommandSetUnitByConfigurationParameterInstRegExp", 75,
@@ -31,13 +51,20 @@ CommandSetUnitByConfigurationParameterRegExp::~CommandSetUnitByConfigurationPara
 bool CommandSetUnitByConfigurationParameterRegExp::initCommand(
     const BaseClassSharedPointer& description)
 {
-    for (const QVariantList& cells : internal::parameterRows(description)) {
-        if (cells.size() == 2) {
-            unitProperties.append({cells.at(0).toString(), cells.at(1).toString()});
-            keptPatterns->append(unitProperties.constLast().pattern);
-        }
+    for (const internal::ParameterRow& row : internal::parameterRows(description, table())) {
+        unitProperties.append({row.text(Pattern), row.text(TargetUrlTemplate)});
+        keptPatterns->append(unitProperties.constLast().pattern);
     }
     return true;
+}
+
+TypeDescription CommandSetUnitByConfigurationParameterRegExp::typeDescription()
+{
+    return {TypeDescription::Kind::Command,
+            {},
+            QStringLiteral("Sets units to the written value, on leaves whose URLs follow from the "
+                           "written URL."),
+            table()};
 }
 
 BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::getUnitValueAndTargetLeaf(
@@ -49,17 +76,8 @@ BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::getUnitValu
     if (!found) {
         return {};
     }
-    return findTargetLeaf(*found, url, targetUrlTemplate, sourceRoot, targetRoot, value);
-}
-
-/// The same for a row whose pattern was matched already.
-BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::findTargetLeaf(
-    const patterns::GroupMatch& found, const QString& url, const QString& targetUrlTemplate,
-    const BaseClassSharedPointer& sourceRoot, const BaseClassSharedPointer& targetRoot,
-    QVariant& value)
-{
     const QString targetUrl =
-        replaceMatchedGroups(found.groupNames, found.match, targetUrlTemplate);
+        replaceMatchedGroups(found->groupNames, found->match, targetUrlTemplate);
     const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
     if (leaf.isNull()) {
         return {};
@@ -78,21 +96,31 @@ bool CommandSetUnitByConfigurationParameterRegExp::executeCommand(
     }
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    const internal::RowReport report;
     bool commandResult = false;
     for (int index = 0; index < rows.size(); ++index) {
         const UnitProperties& row = rows.at(index);
         const auto found = keptPatterns->matchGroups(index, row.pattern, url);
         if (!found) {
+            report.notMatched(index, *keptPatterns, row.pattern);
             continue;
         }
-        QVariant value;
-        const BaseClassSharedPointer leaf =
-            findTargetLeaf(*found, url, row.targetUrlTemplate, sourceRoot, targetRoot, value);
+        const QString targetUrl =
+            replaceMatchedGroups(found->groupNames, found->match, row.targetUrlTemplate);
+        const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
         if (leaf.isNull()) {
+            report.skipped(index, Outcome::NoTarget, targetUrl);
+            continue;
+        }
+        const QVariant value =
+            ConfigurationAndProcessDataTools::extractConfigValue(url, sourceRoot);
+        if (!value.isValid()) {
+            report.skipped(index, Outcome::NoValue, targetUrl);
             continue;
         }
         const int status = leaf->setDataProperty(unitKey, value);
         internal::noteStatus(status, commandResult, changed);
+        report.written(index, status, targetUrl, value);
         if (!manipulator.isNull()) {
             internal::warning(noManipulator) << "Manipulate unit is not implemented for command "
                                                 "SetUnitByConfigurationParameterRegExp.";

@@ -2,6 +2,7 @@
 #define UNITFLOW_COMMANDS_COMMANDSETUNITBYCONFIGURATIONPARAMETERINSTREGEXP_H
 
 #include "Commands/CommandBase.h"
+#include "TypeDescription.h"
 
 #include <QList>
 #include <QVariant>
@@ -9,9 +10,8 @@
 #include <memory>
 
 namespace patterns {
-struct GroupMatch;
 class PatternList;
-} // namespace patterns
+}
 
 /// Makes units follow the written value itself, on leaves whose URLs follow from the written URL
 /// ("CommandSetUnitByConfigurationParameterInstRegExp": the type name in descriptions and the class
@@ -43,6 +43,9 @@ public:
     /// Always true.
     bool initCommand(const BaseClassSharedPointer& description) override;
 
+    /// Its parameter table and what it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
+
     /// The leaf that one row names for `url`, null when the row does not apply, the leaf is missing
     /// or the source has no value at `url`. `value` gets that value; it is only read when there is
     /// a leaf. Neither root may be null.
@@ -53,12 +56,6 @@ public:
                                                      QVariant& value);
 
 private:
-    BaseClassSharedPointer findTargetLeaf(const patterns::GroupMatch& found, const QString& url,
-                                          const QString& targetUrlTemplate,
-                                          const BaseClassSharedPointer& sourceRoot,
-                                          const BaseClassSharedPointer& targetRoot,
-                                          QVariant& value);
-
     QList<UnitProperties> unitProperties;
     std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; never null
 };

@@ -3,10 +3,29 @@
 #include "Commands/UnitManipulatorBase.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "internal/CallText.h"
+#include "internal/Observing.h"
 #include "internal/ParameterTable.h"
 #include "internal/WriteStatus.h"
 
+using Outcome = TraversalObserver::RowOutcome;
+
 namespace {
+
+enum Column { TargetUrl, Unit, Extra };
+
+const TableDescription& table()
+{
+    static const TableDescription description{
+        {{QStringLiteral("target URL"),
+          QStringLiteral("the leaf whose unit is set, below the target and after the link's first "
+                         "parameter"),
+          CellRole::TargetUrl},
+         {QStringLiteral("unit"), QStringLiteral("the unit to set"), CellRole::Unit},
+         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark}},
+        {{TargetUrl, Unit}, {TargetUrl, Unit, Extra}},
+        false};
+    return description;
+}
 
 QString urlPrefix(const QVariantList& parameters)
 {
@@ -33,12 +52,19 @@ CommandSetUnitProperties::~CommandSetUnitProperties() = default;
 
 bool CommandSetUnitProperties::initCommand(const BaseClassSharedPointer& description)
 {
-    const QList<QVariantList> rows = internal::parameterRows(description);
-    for (const QVariantList& cells : rows) {
-        const QString extra = cells.size() == 3 ? cells.at(2).toString() : QString();
-        unitProperties.append({cells.at(0).toString(), cells.at(1).toString(), extra});
+    const auto rows = internal::parameterRows(description, table());
+    for (const internal::ParameterRow& row : rows) {
+        unitProperties.append({row.text(TargetUrl), row.text(Unit), row.text(Extra)});
     }
-    return !rows.isEmpty();
+    return !rows.empty();
+}
+
+TypeDescription CommandSetUnitProperties::typeDescription()
+{
+    return {TypeDescription::Kind::Command,
+            {},
+            QStringLiteral("Sets fixed units on fixed leaves."),
+            table()};
 }
 
 bool CommandSetUnitProperties::executeCommand(
@@ -52,15 +78,20 @@ bool CommandSetUnitProperties::executeCommand(
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QString prefix = urlPrefix(parameters);
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    const internal::RowReport report;
     bool commandResult = false;
-    for (const UnitProperties& row : rows) {
-        const BaseClassSharedPointer leaf =
-            targetRoot->getChildData(prefixed(prefix, row.targetUrl));
+    for (int index = 0; index < rows.size(); ++index) {
+        const UnitProperties& row = rows.at(index);
+        const QString targetUrl = prefixed(prefix, row.targetUrl);
+        const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
         if (leaf.isNull() || row.unit.isEmpty()) {
+            report.skipped(index, leaf.isNull() ? Outcome::NoTarget : Outcome::NoUnit, targetUrl);
             continue;
         }
-        const int status = leaf->setDataProperty(unitKey, QVariant(row.unit));
+        const QVariant unit(row.unit);
+        const int status = leaf->setDataProperty(unitKey, unit);
         internal::noteStatus(status, commandResult, changed);
+        report.written(index, status, targetUrl, unit);
         if (!manipulator.isNull()) {
             manipulator->manipulateUnit(leaf, row.unit, commandResult, changed);
         }

@@ -2,12 +2,35 @@
 
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "internal/CallText.h"
+#include "internal/Observing.h"
 #include "internal/ParameterTable.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 #include "patterns/PatternList.h"
 
+using Outcome = TraversalObserver::RowOutcome;
+
 namespace {
+
+enum Column { Pattern, TargetUrl, Unit, Extra };
+
+const TableDescription& table()
+{
+    static const TableDescription description{
+        {{QStringLiteral("pattern"),
+          QStringLiteral("searched in the written URL; without a capture group the row never "
+                         "applies"),
+          CellRole::PatternWithGroups},
+         {QStringLiteral("target URL"),
+          QStringLiteral("the leaf whose unit is set; (?<name>) stands for what the group of that "
+                         "name captured"),
+          CellRole::TargetUrlByGroups},
+         {QStringLiteral("unit"), QStringLiteral("the unit to set"), CellRole::Unit},
+         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark}},
+        {{Pattern, TargetUrl, Unit}, {Pattern, TargetUrl, Unit, Extra}},
+        false};
+    return description;
+}
 
 constexpr internal::WarningPlace executing{
     "Commands/CommandSetUnitPropertiesRegExp", 0,
@@ -28,14 +51,21 @@ CommandSetUnitPropertiesRegExp::~CommandSetUnitPropertiesRegExp() = default;
 
 bool CommandSetUnitPropertiesRegExp::initCommand(const BaseClassSharedPointer& description)
 {
-    const QList<QVariantList> rows = internal::parameterRows(description);
-    for (const QVariantList& cells : rows) {
-        const QString extra = cells.size() == 4 ? cells.at(3).toString() : QString();
+    const auto rows = internal::parameterRows(description, table());
+    for (const internal::ParameterRow& row : rows) {
         unitProperties.append(
-            {cells.at(0).toString(), cells.at(1).toString(), cells.at(2).toString(), extra});
+            {row.text(Pattern), row.text(TargetUrl), row.text(Unit), row.text(Extra)});
         keptPatterns->append(unitProperties.constLast().pattern);
     }
-    return !rows.isEmpty();
+    return !rows.empty();
+}
+
+TypeDescription CommandSetUnitPropertiesRegExp::typeDescription()
+{
+    return {TypeDescription::Kind::Command,
+            {},
+            QStringLiteral("Sets fixed units on leaves whose URLs follow from the written URL."),
+            table()};
 }
 
 bool CommandSetUnitPropertiesRegExp::executeCommand(
@@ -49,29 +79,36 @@ bool CommandSetUnitPropertiesRegExp::executeCommand(
     }
     const QString unitKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyUnitType();
     const QList<UnitProperties> rows = unitProperties; // the host may call initCommand meanwhile
+    const internal::RowReport report;
     bool commandResult = false;
     for (int index = 0; index < rows.size(); ++index) {
         const UnitProperties& row = rows.at(index);
         const auto found = keptPatterns->matchGroups(index, row.pattern, url);
         if (!found) {
+            report.notMatched(index, *keptPatterns, row.pattern);
             continue;
         }
         const QString targetUrl =
             replaceMatchedGroups(found->groupNames, found->match, row.targetUrl);
         if (targetUrl.isEmpty()) {
             internal::warning(executing) << "Empty target url given";
+            report.skipped(index, Outcome::NoTargetUrl);
             continue;
         }
         const BaseClassSharedPointer leaf = targetRoot->getChildData(targetUrl);
         if (leaf.isNull()) {
             internal::warning(executing) << "Unable to connect to leaf" << targetUrl;
+            report.skipped(index, Outcome::NoTarget, targetUrl);
             continue;
         }
         if (row.unit.isEmpty()) {
+            report.skipped(index, Outcome::NoUnit, targetUrl);
             continue;
         }
-        const int status = leaf->setDataProperty(unitKey, QVariant(row.unit));
+        const QVariant unit(row.unit);
+        const int status = leaf->setDataProperty(unitKey, unit);
         internal::noteStatus(status, commandResult, changed);
+        report.written(index, status, targetUrl, unit);
         if (!manipulator.isNull()) {
             internal::warning(executing)
                 << "Manipulate unit is not implemented for command SetUnitPropertiesRegExp.";

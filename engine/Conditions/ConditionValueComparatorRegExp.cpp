@@ -1,5 +1,7 @@
 #include "Conditions/ConditionValueComparatorRegExp.h"
 
+#include "internal/Observing.h"
+#include "internal/Types.h"
 #include "internal/WatchedUrls.h"
 #include "patterns/PatternList.h"
 
@@ -24,8 +26,9 @@ bool ConditionValueComparatorRegExp::checkCondition(const BaseClassSharedPointer
     bool holds = false;
     for (int row = 0; row < rows.size(); ++row) {
         const ConditionComparatorEntry& entry = rows.at(row);
-        if (keptPatterns->findsMatch(row, entry.url, url) &&
-            valueComparator(sourceRoot, url, entry)) {
+        if (!keptPatterns->findsMatch(row, entry.url, url)) {
+            internal::reportMismatch(row, *keptPatterns, entry.url, url);
+        } else if (checkRow(row, sourceRoot, url, entry)) {
             holds = true;
         }
     }
@@ -39,4 +42,12 @@ QStringList ConditionValueComparatorRegExp::getConditionUrls() const
         patterns.append(entry.url);
     }
     return internal::watchedPatterns(patterns);
+}
+
+TypeDescription ConditionValueComparatorRegExp::typeDescription()
+{
+    TypeDescription type = ConditionValueComparators::typeDescription();
+    type.meaning = QStringLiteral("Holds when the written value compares with a constant.");
+    type.table.columns.first() = internal::watchedPatternColumn();
+    return type;
 }

@@ -2,6 +2,8 @@
 #define UNITFLOW_CONDITIONS_CONDITIONVALUECOMPARATORS_H
 
 #include "Conditions/ConditionBase.h"
+#include "TraversalObserver.h"
+#include "TypeDescription.h"
 
 #include <QList>
 #include <QVariant>
@@ -42,6 +44,9 @@ public:
     /// Appends the rows that `description` holds. Always true.
     bool initCondition(const BaseClassSharedPointer& description);
 
+    /// Its parameter table and what it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
+
     /// Compares the value at `url` below `root` with the entry's constant, as `QVariant` compares:
     /// the constant is converted to the type of the value. A missing value gives false with either
     /// comparator.
@@ -52,6 +57,11 @@ protected:
     QList<ConditionComparatorEntry> entries; ///< in row order
 
 private:
+    static TraversalObserver::ConditionOutcome compare(const QVariant& current,
+                                                       const ConditionComparatorEntry& entry);
+    bool checkRow(int row, const BaseClassSharedPointer& root, const QString& url,
+                  const ConditionComparatorEntry& entry) const;
+
     friend class ConditionValueComparatorRegExp;
     std::unique_ptr<patterns::PatternList> keptPatterns; // of the rows; null when they name URLs
 };

@@ -2,6 +2,7 @@
 #define UNITFLOW_CONDITIONS_CONDITIONWRITEONURLS_H
 
 #include "Conditions/ConditionBase.h"
+#include "TypeDescription.h"
 
 #include <memory>
 
@@ -30,6 +31,9 @@ public:
 
     /// Appends the rows that `description` holds. Always true.
     bool initCondition(const BaseClassSharedPointer& description);
+
+    /// Its parameter table and what it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
 
 protected:
     QStringList urls; ///< in row order; patterns in the derived class

@@ -1,5 +1,7 @@
 #include "Conditions/ConditionWriteOnUrlsRegExp.h"
 
+#include "internal/Observing.h"
+#include "internal/Types.h"
 #include "internal/WatchedUrls.h"
 #include "patterns/PatternList.h"
 
@@ -20,8 +22,10 @@ bool ConditionWriteOnUrlsRegExp::checkCondition(const BaseClassSharedPointer& /*
 {
     for (int row = 0; row < urls.size(); ++row) {
         if (keptPatterns->findsMatch(row, urls.at(row), url)) {
+            internal::reportWrittenUrl(row, true, url);
             return true;
         }
+        internal::reportMismatch(row, *keptPatterns, urls.at(row), url);
     }
     return false;
 }
@@ -29,4 +33,12 @@ bool ConditionWriteOnUrlsRegExp::checkCondition(const BaseClassSharedPointer& /*
 QStringList ConditionWriteOnUrlsRegExp::getConditionUrls() const
 {
     return internal::watchedPatterns(urls);
+}
+
+TypeDescription ConditionWriteOnUrlsRegExp::typeDescription()
+{
+    TypeDescription type = ConditionWriteOnUrls::typeDescription();
+    type.meaning = QStringLiteral("Holds when a URL was written in which a pattern finds a match.");
+    type.table.columns.first() = internal::watchedPatternColumn();
+    return type;
 }

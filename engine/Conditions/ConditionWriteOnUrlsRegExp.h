@@ -19,6 +19,9 @@ public:
 
     /// The patterns with their prefix. A pattern written twice is listed twice.
     QStringList getConditionUrls() const override;
+
+    /// As that of the base class, but with patterns in place of URLs.
+    static TypeDescription typeDescription();
 };
 
 #endif

@@ -4,6 +4,10 @@
 #include "DependencyWalkerDefinitions.h"
 #include "DependencyWalkerFactory.h"
 #include "internal/Children.h"
+#include "internal/Observing.h"
+#include "internal/Running.h"
+
+using Decision = TraversalObserver::EdgeDecision;
 
 NodeCommand::NodeCommand(const QString& name, const BaseClassSharedPointer& description)
     : NodeBase(name, description)
@@ -21,6 +25,7 @@ NodeCommand::NodeCommand(const QString& name, const BaseClassSharedPointer& desc
         DependencyWalkerFactory::generateCommand(type, commandDescription, command);
         if (!command.isNull()) {
             commands.append(command);
+            commandTypes.append(type);
         }
     }
 }
@@ -45,19 +50,45 @@ bool NodeCommand::traverseNode(const BaseClassSharedPointer& sourceRoot,
         return false;
     }
     bool outcome = false;
-    for (const QSharedPointer<CommandBase>& command : qAsConst(commands)) {
-        if (command->executeCommand(sourceRoot, targetRoot, url, results, changed, parameters,
-                                    manipulator)) {
-            outcome = true;
+    for (int index = 0; index < commands.size(); ++index) {
+        TraversalObserver* const listener = internal::observer();
+        const TraversalObserver::Command told{index, listener ? commandTypes.at(index) : QString()};
+        if (listener != nullptr) {
+            listener->commandStarted(told);
         }
+        const bool isDone = commands.at(index)->executeCommand(sourceRoot, targetRoot, url, results,
+                                                               changed, parameters, manipulator);
+        if (listener != nullptr) {
+            listener->commandFinished(told, isDone);
+        }
+        outcome = outcome || isDone;
     }
     // Several edges lead nowhere: only a switch node chooses. Edges that a command added count,
     // those that are added below do not.
     const QList<SuccessorType> edges = successors;
-    if (edges.size() != 1 || edges.constFirst().node.isNull()) {
+    if (edges.size() != 1) {
+        for (int index = 0; index < edges.size(); ++index) {
+            internal::reportEdge(index, edges.at(index).node.data(), Decision::OneOfSeveral);
+        }
         return outcome;
     }
-    const bool below = edges.constFirst().node->traverseNode(sourceRoot, targetRoot, url, results,
-                                                             changed, parameters, manipulator);
+    const QSharedPointer<NodeBase>& successor = edges.constFirst().node;
+    if (successor.isNull()) {
+        internal::reportEdge(0, nullptr, Decision::LeadsNowhere);
+        return outcome;
+    }
+    internal::reportEdge(0, successor.data(), Decision::FollowedAsOnly);
+    const bool below = internal::runNode(*successor, sourceRoot, targetRoot, url, results, changed,
+                                         parameters, manipulator);
     return outcome || below;
+}
+
+TypeDescription NodeCommand::typeDescription()
+{
+    TypeDescription type{TypeDescription::Kind::Node,
+                         {},
+                         QStringLiteral("Runs its commands, then its only successor."),
+                         {}};
+    type.runsCommands = true;
+    return type;
 }

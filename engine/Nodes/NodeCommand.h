@@ -2,6 +2,7 @@
 #define UNITFLOW_NODES_NODECOMMAND_H
 
 #include "Nodes/NodeBase.h"
+#include "TypeDescription.h"
 
 class CommandBase;
 
@@ -23,8 +24,12 @@ public:
                       QVariantList& results, bool& changed, const QVariantList& parameters,
                       const QSharedPointer<UnitManipulatorBase>& manipulator) override;
 
+    /// What it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
+
 private:
     QList<QSharedPointer<CommandBase>> commands; // in creation order
+    QStringList commandTypes;                    // as the description writes them
 };
 
 #endif

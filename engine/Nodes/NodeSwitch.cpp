@@ -1,6 +1,34 @@
 #include "Nodes/NodeSwitch.h"
 
 #include "Conditions/ConditionBase.h"
+#include "internal/Observing.h"
+#include "internal/Running.h"
+#include "internal/Types.h"
+
+using Decision = TraversalObserver::EdgeDecision;
+
+namespace {
+
+/// Asks a condition, and tells the observer. A null one always holds.
+bool holds(int index, const ConditionBase* condition, const BaseClassSharedPointer& sourceRoot,
+           const BaseClassSharedPointer& targetRoot, const QString& url)
+{
+    const auto check = [&] {
+        return condition == nullptr || condition->checkCondition(sourceRoot, targetRoot, url);
+    };
+    TraversalObserver* const listener = internal::observer();
+    if (listener == nullptr) {
+        return check();
+    }
+    const TraversalObserver::Condition told{
+        index, condition == nullptr ? QString() : internal::typeName(typeid(*condition))};
+    listener->conditionStarted(told);
+    const bool isHeld = check();
+    listener->conditionFinished(told, isHeld);
+    return isHeld;
+}
+
+} // namespace
 
 NodeSwitch::NodeSwitch(const QString& name, const BaseClassSharedPointer& description)
     : NodeBase(name, description)
@@ -17,24 +45,49 @@ bool NodeSwitch::traverseNode(const BaseClassSharedPointer& sourceRoot,
         return false;
     }
     bool outcome = false;
-    const auto follow = [&](const SuccessorType& edge) {
-        if (!edge.node.isNull() && edge.node->traverseNode(sourceRoot, targetRoot, url, results,
-                                                           changed, parameters, manipulator)) {
+    const auto follow = [&](NodeBase& node) {
+        if (internal::runNode(node, sourceRoot, targetRoot, url, results, changed, parameters,
+                              manipulator)) {
             outcome = true;
         }
     };
 
     const QList<SuccessorType> edges = successors; // the host may add edges meanwhile
-    for (const SuccessorType& edge : edges) {
-        if (edge.conditions.isEmpty()) {
-            follow(edge);
+    for (int index = 0; index < edges.size(); ++index) {
+        const SuccessorType& edge = edges.at(index);
+        NodeBase* const node = edge.node.data();
+        if (node == nullptr) {
+            internal::reportEdge(index, node, Decision::LeadsNowhere);
+            continue;
         }
+        if (edge.conditions.isEmpty()) {
+            internal::reportEdge(index, node, Decision::FollowedAlways);
+            follow(*node);
+            continue;
+        }
+        bool isFollowed = false;
         // Conditions are alternatives and each one that holds counts: two run the successor twice.
-        for (const QSharedPointer<ConditionBase>& condition : edge.conditions) {
-            if (condition.isNull() || condition->checkCondition(sourceRoot, targetRoot, url)) {
-                follow(edge);
+        for (int number = 0; number < edge.conditions.size(); ++number) {
+            const ConditionBase* const condition = edge.conditions.at(number).data();
+            if (holds(number, condition, sourceRoot, targetRoot, url)) {
+                internal::reportEdge(index, node, Decision::FollowedByCondition);
+                follow(*node);
+                isFollowed = true;
             }
+        }
+        if (!isFollowed) {
+            internal::reportEdge(index, node, Decision::NoConditionHolds);
         }
     }
     return outcome;
+}
+
+TypeDescription NodeSwitch::typeDescription()
+{
+    TypeDescription type{TypeDescription::Kind::Node,
+                         {},
+                         QStringLiteral("Follows each successor whose conditions allow it."),
+                         {}};
+    type.asksConditions = true;
+    return type;
 }

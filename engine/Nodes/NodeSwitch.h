@@ -2,6 +2,7 @@
 #define UNITFLOW_NODES_NODESWITCH_H
 
 #include "Nodes/NodeBase.h"
+#include "TypeDescription.h"
 
 /// A node that branches ("SwitchNode").
 class UNITFLOW_EXPORT NodeSwitch : public NodeBase {
@@ -15,6 +16,9 @@ public:
                       const BaseClassSharedPointer& targetRoot, const QString& url,
                       QVariantList& results, bool& changed, const QVariantList& parameters,
                       const QSharedPointer<UnitManipulatorBase>& manipulator) override;
+
+    /// What it is for; `name` is left to the registration.
+    static TypeDescription typeDescription();
 };
 
 #endif

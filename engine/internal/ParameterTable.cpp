@@ -5,7 +5,8 @@
 
 namespace internal {
 
-QList<QVariantList> parameterRows(const BaseClassSharedPointer& description)
+std::vector<ParameterRow> parameterRows(const BaseClassSharedPointer& description,
+                                        const TableDescription& table)
 {
     if (description.isNull()) {
         return {};
@@ -17,11 +18,15 @@ QList<QVariantList> parameterRows(const BaseClassSharedPointer& description)
     }
     const QVariantList content = Array2dDataTypeWrapper(value.toList(), {}).getArrayValueContent();
 
-    QList<QVariantList> rows;
-    rows.reserve(content.size());
+    std::vector<ParameterRow> rows;
+    rows.reserve(static_cast<std::size_t>(content.size()));
     for (const QVariant& row : content) {
-        if (row.canConvert(QMetaType::QVariantList)) {
-            rows.append(row.toList());
+        if (!row.canConvert(QMetaType::QVariantList)) {
+            continue;
+        }
+        QVariantList cells = row.toList();
+        if (const QList<int>* layout = table.layoutFor(cells.size())) {
+            rows.emplace_back(std::move(cells), *layout);
         }
     }
     return rows;

@@ -1,16 +1,41 @@
 #ifndef UNITFLOW_INTERNAL_PARAMETERTABLE_H
 #define UNITFLOW_INTERNAL_PARAMETERTABLE_H
 
+#include "TypeDescription.h"
 #include "host/ConfigurationAndProcessDataBase.h"
 
-#include <QList>
+#include <QVariant>
 #include <QVariantList>
+
+#include <vector>
 
 namespace internal {
 
-/// The rows of the parameter table that a command's or condition's description holds, each as its
-/// cells. Rows that are no lists are left out. Empty when `description` is null or has no value.
-QList<QVariantList> parameterRows(const BaseClassSharedPointer& description);
+/// A row of a parameter table, by its columns.
+class ParameterRow {
+public:
+    ParameterRow(QVariantList cells, const QList<int>& layout)
+        : cells(std::move(cells)), layout(layout)
+    {}
+
+    /// Invalid when the row has no such column.
+    QVariant cell(int column) const
+    {
+        const int position = layout.indexOf(column);
+        return position < 0 ? QVariant() : cells.at(position);
+    }
+    QString text(int column) const { return cell(column).toString(); }
+
+private:
+    QVariantList cells;
+    const QList<int>& layout;
+};
+
+/// The rows of the parameter table that a command's or condition's description holds, but for those
+/// that are skipped and those that are no lists. Empty when `description` is null or has no value.
+/// `table` must outlive the rows.
+std::vector<ParameterRow> parameterRows(const BaseClassSharedPointer& description,
+                                        const TableDescription& table);
 
 } // namespace internal
 

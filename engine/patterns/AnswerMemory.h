@@ -65,7 +65,8 @@ private:
     };
 
     struct Row {
-        std::array<quint64, rowSize> hashes{}; // of the URLs in the slots, for a look at all of them
+        std::array<quint64, rowSize>
+            hashes{}; // of the URLs in the slots, for a look at all of them
         std::array<Slot, rowSize> slots;
     };
 

@@ -74,6 +74,16 @@ const Pattern::Expression& Pattern::expression() const
     return *known; // another thread was faster
 }
 
+bool Pattern::isValid() const
+{
+    return expression().valid;
+}
+
+bool Pattern::hasGroups() const
+{
+    return expression().groups;
+}
+
 bool Pattern::findsMatch(const QString& url) const
 {
     const Expression& compiledPattern = expression();

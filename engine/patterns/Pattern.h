@@ -36,6 +36,9 @@ public:
 
     const QString& text() const { return ownText; }
 
+    bool isValid() const;
+    bool hasGroups() const;
+
     /// Whether there is a match in `url`. The answer for the last URL is remembered.
     bool findsMatch(const QString& url) const;
 

@@ -20,6 +20,18 @@ std::optional<GroupMatch> PatternList::matchGroups(int row, const QString& patte
     return known == nullptr ? Pattern(pattern).matchGroups(url) : known->matchGroups(url);
 }
 
+bool PatternList::isValid(int row, const QString& pattern) const
+{
+    const Pattern* known = kept(row, pattern);
+    return known == nullptr ? Pattern(pattern).isValid() : known->isValid();
+}
+
+bool PatternList::hasGroups(int row, const QString& pattern) const
+{
+    const Pattern* known = kept(row, pattern);
+    return known == nullptr ? Pattern(pattern).hasGroups() : known->hasGroups();
+}
+
 const Pattern* PatternList::kept(int row, const QString& pattern) const
 {
     const auto index = static_cast<std::size_t>(row);

@@ -26,6 +26,10 @@ public:
     std::optional<GroupMatch> matchGroups(int row, const QString& pattern,
                                           const QString& url) const;
 
+    /// Why there is no match for a row, or would be none.
+    bool isValid(int row, const QString& pattern) const;
+    bool hasGroups(int row, const QString& pattern) const;
+
 private:
     const Pattern* kept(int row, const QString& pattern) const;
 
