@@ -22,7 +22,9 @@ set(UNITFLOW_ENGINE_HEADERS
     Nodes/NodeBase.h
     Nodes/NodeCommand.h
     Nodes/NodeSwitch.h
-    SourceDependencyManager.h)
+    SourceDependencyManager.h
+    TraversalObserver.h
+    TypeDescription.h)
 
 # What a host implements.
 set(UNITFLOW_HOST_HEADERS

@@ -16,7 +16,7 @@
 /// Objects are named as descriptions name them: a node by its key, a command or a condition by its
 /// type. A row is counted from 0 among those rows of its table that the type keeps (see
 /// `TableDescription::keptRows`). Types that a host registered are told like the engine's own, but
-/// for their rows; the name of such a node or condition type is empty.
+/// for their rows; the name of such a type is empty.
 ///
 /// Where a host calls the engine again from within a traversal, the events of the inner traversal
 /// come between its own `traversalStarted` and `traversalFinished`.

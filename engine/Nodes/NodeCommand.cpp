@@ -6,8 +6,28 @@
 #include "internal/Children.h"
 #include "internal/Observing.h"
 #include "internal/Running.h"
+#include "internal/Types.h"
 
 using Decision = TraversalObserver::EdgeDecision;
+
+namespace {
+
+/// Executes a command, and tells the observer before and after.
+template <class Execute>
+bool observed(int index, CommandBase& command, const Execute& execute)
+{
+    TraversalObserver* const listener = internal::observer();
+    if (listener == nullptr) {
+        return execute(command);
+    }
+    const TraversalObserver::Command told{index, internal::typeName(typeid(command))};
+    listener->commandStarted(told);
+    const bool outcome = execute(command);
+    listener->commandFinished(told, outcome);
+    return outcome;
+}
+
+} // namespace
 
 NodeCommand::NodeCommand(const QString& name, const BaseClassSharedPointer& description)
     : NodeBase(name, description)
@@ -25,7 +45,6 @@ NodeCommand::NodeCommand(const QString& name, const BaseClassSharedPointer& desc
         DependencyWalkerFactory::generateCommand(type, commandDescription, command);
         if (!command.isNull()) {
             commands.append(command);
-            commandTypes.append(type);
         }
     }
 }
@@ -51,17 +70,13 @@ bool NodeCommand::traverseNode(const BaseClassSharedPointer& sourceRoot,
     }
     bool outcome = false;
     for (int index = 0; index < commands.size(); ++index) {
-        TraversalObserver* const listener = internal::observer();
-        const TraversalObserver::Command told{index, listener ? commandTypes.at(index) : QString()};
-        if (listener != nullptr) {
-            listener->commandStarted(told);
+        const auto execute = [&](CommandBase& command) {
+            return command.executeCommand(sourceRoot, targetRoot, url, results, changed, parameters,
+                                          manipulator);
+        };
+        if (observed(index, *commands.at(index), execute)) {
+            outcome = true;
         }
-        const bool isDone = commands.at(index)->executeCommand(sourceRoot, targetRoot, url, results,
-                                                               changed, parameters, manipulator);
-        if (listener != nullptr) {
-            listener->commandFinished(told, isDone);
-        }
-        outcome = outcome || isDone;
     }
     // Several edges lead nowhere: only a switch node chooses. Edges that a command added count,
     // those that are added below do not.

@@ -29,7 +29,6 @@ public:
 
 private:
     QList<QSharedPointer<CommandBase>> commands; // in creation order
-    QStringList commandTypes;                    // as the description writes them
 };
 
 #endif
