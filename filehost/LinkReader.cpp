@@ -33,10 +33,12 @@ public:
             return std::nullopt;
         }
         const json::Place place = text.place(text.node(entry).value.begin);
-        Link link{{}, {}, {}, isTrue(entry, "process"), {}, place.line, place.column};
-        for (const char* key : {"source", "target", "dependency"}) {
-            if (text.member(entry, QLatin1String(key)) == JsonText::none) {
-                fail(entry, QStringLiteral("the link has no \"%1\"").arg(QLatin1String(key)));
+        Link link{{}, {},         {},          isTrue(entry, QStringLiteral("process")),
+                  {}, place.line, place.column};
+        for (const QString& key :
+             {QStringLiteral("source"), QStringLiteral("target"), QStringLiteral("dependency")}) {
+            if (text.member(entry, key) == JsonText::none) {
+                fail(entry, QStringLiteral("the link has no \"%1\"").arg(key));
             }
         }
         for (const Index member : text.children(entry)) {
@@ -46,35 +48,34 @@ public:
     }
 
 private:
-    bool isTrue(Index entry, const char* key) const
+    bool isTrue(Index entry, const QString& key) const
     {
-        const Index member = text.member(entry, QLatin1String(key));
+        const Index member = text.member(entry, key);
         return member != JsonText::none && text.kind(member) == JsonKind::True;
     }
 
     void readMember(Index member, Link& link)
     {
-        const QString key = text.key(member);
         const JsonKind kind = text.kind(member);
-        if (key == QLatin1String("source")) {
+        if (text.isUnder(member, u"source")) {
             readName(member, Named::Configuration, link.source);
-        } else if (key == QLatin1String("target")) {
+        } else if (text.isUnder(member, u"target")) {
             readName(member, link.isProcess ? Named::Process : Named::Configuration, link.target);
-        } else if (key == QLatin1String("dependency")) {
+        } else if (text.isUnder(member, u"dependency")) {
             readName(member, Named::Description, link.dependency);
-        } else if (key == QLatin1String("process")) {
+        } else if (text.isUnder(member, u"process")) {
             if (kind != JsonKind::True && kind != JsonKind::False) {
                 fail(member, QStringLiteral("\"process\" must be true or false"));
             }
-        } else if (key == QLatin1String("parameters")) {
+        } else if (text.isUnder(member, u"parameters")) {
             if (kind != JsonKind::Array) {
                 fail(member, QStringLiteral("\"parameters\" must be a list"));
             }
             link.parameters = text.value(member).toList();
         } else {
-            problems.append(text.problem(Problem::Code::Shape, text.node(member).key.begin,
-                                         QStringLiteral("a link has no \"%1\"").arg(key),
-                                         linkShape()));
+            problems.append(text.problem(
+                Problem::Code::Shape, text.node(member).key.begin,
+                QStringLiteral("a link has no \"%1\"").arg(text.key(member)), linkShape()));
         }
     }
 

@@ -2,12 +2,14 @@
 
 #include "filehost/Descriptions.h"
 #include "filehost/Files.h"
+#include "filehost/Limits.h"
 #include "filehost/Locator.h"
 #include "filehost/Manifest.h"
 #include "filehost/Names.h"
 #include "filehost/WorkspaceLock.h"
 #include "filehost/services/ModificationRegister.h"
 #include "filehost/tree/FileTree.h"
+#include "filehost/tree/ScalarChanges.h"
 #include "filehost/tree/TreeDiff.h"
 
 #include <algorithm>
@@ -28,14 +30,44 @@ using TextPointer = std::shared_ptr<const json::JsonText>;
 // Enough for sources and descriptions that take turns, and little enough to keep in memory.
 constexpr std::size_t mostKept = 32;
 
+/// A text that is read when somebody looks into it, for texts that are known to be sound: most of
+/// those that are stored are only written to a file.
+class StoredText {
+public:
+    StoredText() = default;
+    explicit StoredText(TextPointer text)
+        : written(text ? text->bytes() : QByteArray()), text(std::move(text))
+    {}
+    StoredText(QByteArray bytes, QString shown) : written(std::move(bytes)), shown(std::move(shown))
+    {}
+
+    bool isThere() const { return text || !written.isEmpty(); }
+    const QByteArray& bytes() const { return written; }
+    const TextPointer& read() const
+    {
+        if (!text && isThere()) {
+            QList<Problem> none;
+            text = json::JsonText::parse(written, shown, none);
+        }
+        return text;
+    }
+
+private:
+    QByteArray written; ///< never empty for a sound text
+    QString shown;
+    mutable TextPointer text;
+};
+
 /// A file of an instance, as it was read and as it is to be.
 struct StoredFile {
     Instance instance;
     File file;
     TextPointer inFile;          ///< null when there is none that can be read
-    TextPointer stored;          ///< null like `inFile` until something is stored
+    StoredText stored;           ///< as `inFile` until something is stored
     BaseClassSharedPointer view; ///< on `stored`; null until it is asked for
     QList<Problem> whyNot;       ///< what stood against reading it
+    /// From `inFile` to `stored`; nothing when only a comparison of the two can tell.
+    std::optional<QList<LeafChange>> changes;
     bool isToCommit = false;
     bool isWritten = false;                       ///< by a commit
     std::list<StoredFile*>::iterator placeInList; ///< of files to commit, or of those only read
@@ -59,6 +91,16 @@ struct Description {
     QString text;
     QList<Problem> whyNot; ///< what stood against reading it
 };
+
+QList<LeafChange> changesOf(const StoredFile& file)
+{
+    if (file.changes) {
+        return *file.changes;
+    }
+    QList<LeafChange> changes;
+    tree::addChanges(file.instance, file.inFile.get(), *file.stored.read(), changes);
+    return changes;
+}
 
 bool hasCode(const QList<Problem>& problems, Problem::Code code)
 {
@@ -167,7 +209,7 @@ const File* Session::Private::placeOf(const Instance& instance, QList<Problem>& 
 void Session::Private::read(StoredFile& file) const
 {
     file.inFile = readTree(file.file, file.whyNot);
-    file.stored = file.inFile;
+    file.stored = StoredText(file.inFile);
     explainMissing(file.whyNot, named(file.instance.kind), file.instance.name,
                    folderOf(workspace.directory(), named(file.instance.kind)));
 }
@@ -175,11 +217,10 @@ void Session::Private::read(StoredFile& file) const
 /// Whether the file was written now.
 bool Session::Private::commitFile(StoredFile& file, QList<Problem>& failures)
 {
-    const bool isInFile = file.inFile && file.inFile->bytes() == file.stored->bytes();
-    if (isInFile || !replaceBytes(file.file, file.inFile.get(), file.stored->bytes(), failures)) {
+    const bool isInFile = file.inFile && file.inFile->bytes() == file.stored.bytes();
+    if (isInFile || !replaceBytes(file.file, file.inFile.get(), file.stored.bytes(), failures)) {
         return false;
     }
-    file.inFile = file.stored;
     file.isWritten = true;
     ++writtenFiles;
     return true;
@@ -379,17 +420,17 @@ BaseClassSharedPointer Session::load(const Instance& instance)
     if (file == nullptr) {
         return {};
     }
-    if (!file->stored) {
+    if (!file->stored.isThere()) {
         d->report(file->whyNot);
         return {};
     }
-    return tree::FileTreeNode::makeRoot(file->stored, file->file.path);
+    return tree::FileTreeNode::makeRoot(file->stored.read(), file->file.path);
 }
 
 BaseClassSharedPointer Session::view(const Instance& instance)
 {
     StoredFile* const file = d->fileOf(instance);
-    if (file != nullptr && file->stored && !file->view.isNull()) {
+    if (file != nullptr && file->stored.isThere() && !file->view.isNull()) {
         return file->view;
     }
     BaseClassSharedPointer tree = load(instance);
@@ -411,27 +452,34 @@ bool Session::store(const Instance& instance, const BaseClassSharedPointer& tree
     if (file == nullptr) {
         return false;
     }
-    if (!file->stored && !hasCode(file->whyNot, Problem::Code::Missing)) {
+    if (!file->stored.isThere() && !hasCode(file->whyNot, Problem::Code::Missing)) {
         d->report(file->whyNot); // what cannot be read is not to be overwritten
         return false;
     }
     const QByteArray bytes = changed->render();
-    if (file->stored && file->stored->bytes() == bytes) {
+    if (file->stored.isThere() && file->stored.bytes() == bytes) {
         return true;
-    }
-    QList<Problem> problems;
-    const TextPointer text = parseTree(bytes, file->file.shown, problems);
-    d->report(problems);
-    if (!text) {
-        return false;
     }
     const bool isOnFile = &changed->text() == file->inFile.get();
-    const TextPointer closest =
-        isOnFile || !file->inFile ? text : tree::closestTo(file->inFile, text);
-    if (file->stored && file->stored->bytes() == closest->bytes()) {
+    std::optional<QList<LeafChange>> changes;
+    if (isOnFile && bytes.size() <= limits::fileSize) {
+        changes = tree::scalarChanges(file->instance, *changed);
+    }
+    StoredText stored(bytes, file->file.shown);
+    if (!changes) {
+        QList<Problem> problems;
+        const TextPointer text = parseTree(bytes, file->file.shown, problems);
+        d->report(problems);
+        if (!text) {
+            return false;
+        }
+        stored = StoredText(isOnFile || !file->inFile ? text : tree::closestTo(file->inFile, text));
+    }
+    if (file->stored.isThere() && file->stored.bytes() == stored.bytes()) {
         return true;
     }
-    file->stored = closest;
+    file->stored = stored;
+    file->changes = changes;
     file->view.clear();
     if (!file->isToCommit) {
         d->toCommit.splice(d->toCommit.end(), d->onlyRead, file->placeInList);
@@ -460,7 +508,7 @@ QList<LeafChange> Session::changes() const
     });
     QList<LeafChange> changes;
     for (const StoredFile* file : stored) {
-        tree::addChanges(file->instance, file->inFile.get(), *file->stored, changes);
+        changes += changesOf(*file);
     }
     return changes;
 }
@@ -476,7 +524,10 @@ bool Session::commit(const std::optional<Instance>& leader)
         return isLeading(left) && !isLeading(right);
     });
     for (StoredFile* file : d->toCommit) {
-        d->commitFile(*file, problems);
+        if (d->commitFile(*file, problems)) {
+            file->inFile = file->stored.read();
+            file->changes = QList<LeafChange>();
+        }
         if (isLeading(file) && !problems.isEmpty()) {
             problems.last().message += QStringLiteral("; so nothing that follows it was written");
             break;
@@ -499,7 +550,7 @@ Completion Session::complete(const Instance& instance)
     StoredFile& file = found->second;
     Completion completion;
     if (file.isToCommit) {
-        tree::addChanges(file.instance, file.inFile.get(), *file.stored, completion.changes);
+        completion.changes = changesOf(file);
         completion.modifications = d->takeModifications(file);
         QList<Problem> problems;
         if (d->access == Access::Write && !(d->mayWrite() && d->commitFile(file, problems))) {

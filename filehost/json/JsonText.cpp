@@ -18,6 +18,12 @@ std::string_view view(const QByteArray& bytes)
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
+/// Whether a byte of a string stands for itself alone.
+bool isPlain(char byte)
+{
+    return byte != '\\' && static_cast<unsigned char>(byte) < 0x80U;
+}
+
 constexpr int linesPerMark = 64; // few marks even for a file of nothing but line breaks
 
 std::vector<quint32> markLines(std::string_view text)
@@ -97,15 +103,10 @@ std::shared_ptr<const JsonText> JsonText::parse(const QByteArray& bytes, const Q
     return errors.list.empty() ? json : nullptr;
 }
 
-std::string_view JsonText::slice(Span span) const
-{
-    return view(text).substr(span.begin, span.end - span.begin);
-}
-
 JsonText::Index JsonText::member(Index object, const QString& key) const
 {
     for (const Index child : children(object)) {
-        if (this->key(child) == key) {
+        if (isUnder(child, key)) {
             return child;
         }
     }
@@ -115,6 +116,26 @@ JsonText::Index JsonText::member(Index object, const QString& key) const
 QString JsonText::key(Index index) const
 {
     return hasKey(index) ? decodeString(slice(nodes[index].key)) : QString();
+}
+
+bool JsonText::isUnder(Index index, QStringView key) const
+{
+    if (!hasKey(index)) {
+        return key.isEmpty();
+    }
+    std::string_view token = slice(nodes[index].key);
+    token = token.substr(1, token.size() - 2);
+    qsizetype at = 0;
+    for (const char byte : token) {
+        if (!isPlain(byte)) {
+            return this->key(index) == key;
+        }
+        if (at == key.size() || key[at] != QLatin1Char(byte)) {
+            return false;
+        }
+        ++at;
+    }
+    return at == key.size();
 }
 
 QVariant JsonText::value(Index index) const

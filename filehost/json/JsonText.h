@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringView>
 #include <QVariant>
 
 #include <cstddef>
@@ -108,7 +109,10 @@ public:
     Children children(Index index) const { return {nodes, index}; }
 
     /// The bytes of a span, as they stand in the text.
-    std::string_view slice(Span span) const;
+    std::string_view slice(Span span) const
+    {
+        return {text.constData() + span.begin, span.end - span.begin};
+    }
 
     /// The member of an object under a key; `none` when it has no such member. Looks at one member
     /// after the other.
@@ -119,6 +123,9 @@ public:
 
     /// The key of a member, decoded; empty for other values.
     QString key(Index index) const;
+
+    /// Whether `key` gives just this; decodes only what is not spelled in plain ASCII.
+    bool isUnder(Index index, QStringView key) const;
 
     /// The value, decoded: bool, qlonglong (qulonglong beyond its range), double, QString,
     /// QVariantList or QVariantMap; a null pointer variant for null.

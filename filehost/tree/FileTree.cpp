@@ -2,9 +2,11 @@
 
 #include "filehost/Limits.h"
 #include "filehost/json/JsonValue.h"
+#include "filehost/tree/TreeFormat.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace filehost::tree {
@@ -18,6 +20,8 @@ namespace {
 /// Statuses of a write, as the engine understands them.
 enum Status : int { Changed = 0, Unchanged = 1, Refused = 2 };
 
+constexpr std::size_t mostLookedAt = 32; // children of a node, one after the other
+
 template <typename Members>
 auto findKey(Members& members, const QString& key)
 {
@@ -28,19 +32,19 @@ auto findKey(Members& members, const QString& key)
 void editObject(JsonEdits& edits, const JsonText& text, JsonText::Index object,
                 const std::vector<Member>& changes)
 {
-    const std::vector<Entry> properties = entries(text, object).properties;
     std::vector<Member> added;
     for (const Member& change : changes) {
-        const auto property =
-            std::find_if(properties.begin(), properties.end(),
-                         [&](const Entry& entry) { return entry.name == change.key; });
-        if (property != properties.end()) {
-            edits.replace(property->index, change.value);
+        const JsonText::Index present = property(text, object, change.key);
+        if (present != JsonText::none) {
+            edits.replace(present, change.value);
         } else {
             added.push_back(change);
         }
     }
-    edits.insert(object, properties.empty() ? JsonText::none : properties.back().index, added);
+    if (!added.empty()) {
+        const std::vector<Entry> properties = entries(text, object).properties;
+        edits.insert(object, properties.empty() ? JsonText::none : properties.back().index, added);
+    }
 }
 
 /// A short leaf stays short while its value is all it has.
@@ -78,8 +82,8 @@ void FileTree::setInFile(std::shared_ptr<const JsonText> text)
 
 const QVariant* FileTree::written(Index node, const QString& key) const
 {
-    const auto atNode = changes.find(node);
-    if (atNode == changes.end()) {
+    const auto atNode = writtenOver.find(node);
+    if (atNode == writtenOver.end()) {
         return nullptr;
     }
     const auto change = findKey(atNode->second, key);
@@ -88,7 +92,7 @@ const QVariant* FileTree::written(Index node, const QString& key) const
 
 void FileTree::write(Index node, const QString& key, const QVariant& value)
 {
-    std::vector<Member>& atNode = changes[node];
+    std::vector<Member>& atNode = writtenOver[node];
     const auto change = findKey(atNode, key);
     if (change == atNode.end()) {
         atNode.push_back({key, value});
@@ -99,8 +103,8 @@ void FileTree::write(Index node, const QString& key, const QVariant& value)
 
 void FileTree::unwrite(Index node, const QString& key)
 {
-    const auto atNode = changes.find(node);
-    if (atNode == changes.end()) {
+    const auto atNode = writtenOver.find(node);
+    if (atNode == writtenOver.end()) {
         return;
     }
     const auto change = findKey(atNode->second, key);
@@ -108,14 +112,14 @@ void FileTree::unwrite(Index node, const QString& key)
         atNode->second.erase(change);
     }
     if (atNode->second.empty()) {
-        changes.erase(atNode);
+        writtenOver.erase(atNode);
     }
 }
 
 QByteArray FileTree::render() const
 {
     JsonEdits edits(*original);
-    for (const auto& [node, atNode] : changes) {
+    for (const auto& [node, atNode] : writtenOver) {
         if (original->kind(node) == JsonText::Kind::Object) {
             editObject(edits, *original, node, atNode);
         } else {
@@ -152,57 +156,88 @@ FileTreeNode::FileTreeNode(std::shared_ptr<FileTree> tree, Index index, int leve
     : shared(std::move(tree)), index(index), level(level)
 {}
 
-const NodeEntries& FileTreeNode::entries() const
-{
-    if (!found) {
-        found = tree::entries(shared->text(), index);
-    }
-    return *found;
-}
-
 const QHash<QString, BaseClassSharedPointer>& FileTreeNode::children() const
 {
     if (!childNodes) {
         childNodes.emplace();
-        for (const Entry& child : entries().children) {
-            childNodes->insert(
-                child.name, QSharedPointer<FileTreeNode>::create(shared, child.index, level + 1));
+        for (const Entry& child : entries(shared->text(), index).children) {
+            const BaseClassSharedPointer node = handedOut(child.index);
+            childNodes->insert(child.name, node.isNull() ? makeChild(child.index) : node);
         }
+        singly = {};
     }
     return *childNodes;
 }
 
+BaseClassSharedPointer FileTreeNode::handedOut(Index child) const
+{
+    const auto known = std::find_if(singly.begin(), singly.end(),
+                                    [child](const Child& other) { return other.index == child; });
+    return known == singly.end() ? BaseClassSharedPointer() : known->node;
+}
+
+BaseClassSharedPointer FileTreeNode::makeChild(Index child) const
+{
+    return QSharedPointer<FileTreeNode>::create(shared, child, level + 1);
+}
+
+/// Most nodes have few children, of which few are asked for: then it costs less to look through
+/// their keys than to make all of them.
+BaseClassSharedPointer FileTreeNode::child(QStringView name) const
+{
+    const JsonText& text = shared->text();
+    if (text.kind(index) != JsonText::Kind::Object || isPropertyKey(name)) {
+        return {};
+    }
+    std::size_t looked = 0;
+    for (const Index member : text.children(index)) {
+        if (childNodes || looked == mostLookedAt) {
+            return children().value(name.toString());
+        }
+        ++looked;
+        if (text.isUnder(member, name)) {
+            BaseClassSharedPointer node = handedOut(member);
+            if (node.isNull()) {
+                node = makeChild(member);
+                singly.push_back({member, node});
+            }
+            return node;
+        }
+    }
+    return {};
+}
+
 BaseClassSharedPointer FileTreeNode::getChildData(const QString& url)
+{
+    return find(url);
+}
+
+BaseClassSharedPointer FileTreeNode::find(QStringView url) const
 {
     if (url.isEmpty()) {
         return {};
     }
-    const QHash<QString, BaseClassSharedPointer>& named = children();
-    for (int slash = url.indexOf(QLatin1Char('/')); slash >= 0;
+    for (auto slash = url.indexOf(QLatin1Char('/')); slash >= 0;
          slash = url.indexOf(QLatin1Char('/'), slash + 1)) {
-        const BaseClassSharedPointer child = named.value(url.left(slash));
+        const BaseClassSharedPointer next = child(url.left(slash));
         BaseClassSharedPointer node =
-            child.isNull() ? child : child->getChildData(url.mid(slash + 1));
+            next.isNull() ? next : static_cast<const FileTreeNode&>(*next).find(url.mid(slash + 1));
         if (!node.isNull()) {
             return node;
         }
     }
-    return named.value(url);
+    return child(url);
 }
 
 bool FileTreeNode::hasChildData(const QString& url)
 {
-    return !getChildData(url).isNull();
+    return !find(url).isNull();
 }
 
 QVariant FileTreeNode::originalProperty(const QString& key) const
 {
-    for (const Entry& property : entries().properties) {
-        if (property.name == key) {
-            return propertyValue(shared->text(), property.index);
-        }
-    }
-    return {};
+    const Index found = property(shared->text(), index, key);
+    return found == JsonText::none ? QVariant() : propertyValue(shared->text(), found);
 }
 
 QVariant FileTreeNode::getDataProperty(const QString& key)

@@ -4,11 +4,11 @@
 #include "filehost/Export.h"
 #include "filehost/json/JsonEdits.h"
 #include "filehost/json/JsonText.h"
-#include "filehost/tree/TreeFormat.h"
 #include "host/ConfigurationAndProcessDataBase.h"
 
 #include <QByteArray>
 #include <QString>
+#include <QStringView>
 
 #include <map>
 #include <memory>
@@ -43,6 +43,10 @@ public:
     /// Forgets what was written, because the text says the same.
     void unwrite(Index node, const QString& key);
 
+    /// What differs from the text, by node; the properties of each in the order written.
+    using Changes = std::map<Index, std::vector<json::Member>>;
+    const Changes& changes() const { return writtenOver; }
+
     /// The text with everything that was written.
     QByteArray render() const;
 
@@ -50,7 +54,7 @@ private:
     std::shared_ptr<const json::JsonText> original;
     std::shared_ptr<const json::JsonText> fileText;
     QString filePath;
-    std::map<Index, std::vector<json::Member>> changes; ///< by node; each in the order written
+    Changes writtenOver;
 };
 
 /// The problem of what was to be stored under a name but is no tree of this host.
@@ -84,15 +88,23 @@ public:
     int setDataProperty(const QString& key, const QVariant& value) override;
 
 private:
-    const NodeEntries& entries() const;
+    BaseClassSharedPointer find(QStringView url) const;
+    BaseClassSharedPointer child(QStringView name) const;
+    BaseClassSharedPointer handedOut(Index child) const;
+    BaseClassSharedPointer makeChild(Index child) const;
     QVariant originalProperty(const QString& key) const;
 
     std::shared_ptr<FileTree> shared;
     Index index;
     int level; // 1 for the root
 
-    // Filled when they are first asked for; the text never changes.
-    mutable std::optional<NodeEntries> found;
+    struct Child {
+        Index index;
+        BaseClassSharedPointer node;
+    };
+
+    // Filled as they are asked for; the text never changes.
+    mutable std::vector<Child> singly; ///< a few, as long as not all were asked for
     mutable std::optional<QHash<QString, BaseClassSharedPointer>> childNodes;
 };
 

@@ -31,7 +31,26 @@ NodeEntries entries(const JsonText& text, JsonText::Index node)
     return found;
 }
 
-bool isPropertyKey(const QString& key)
+JsonText::Index property(const JsonText& text, JsonText::Index node, const QString& key)
+{
+    switch (text.kind(node)) {
+    case JsonText::Kind::Object:
+        return isPropertyKey(key) ? text.member(node, key) : JsonText::none;
+    case JsonText::Kind::Null:
+        return JsonText::none;
+    default:
+        return key == ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue()
+                   ? node
+                   : JsonText::none;
+    }
+}
+
+QString childUrl(const QString& url, const QString& name)
+{
+    return url.isEmpty() ? name : url + QLatin1Char('/') + name;
+}
+
+bool isPropertyKey(QStringView key)
 {
     return key.startsWith(QLatin1Char('@'));
 }

@@ -4,6 +4,7 @@
 #include "filehost/json/JsonText.h"
 
 #include <QString>
+#include <QStringView>
 #include <QVariant>
 
 #include <vector>
@@ -26,7 +27,14 @@ struct NodeEntries {
 
 NodeEntries entries(const json::JsonText& text, json::JsonText::Index node);
 
-bool isPropertyKey(const QString& key);
+/// The value of a node's property in the text; `none` when it has no such property there.
+json::JsonText::Index property(const json::JsonText& text, json::JsonText::Index node,
+                               const QString& key);
+
+/// The URL of a node's child.
+QString childUrl(const QString& url, const QString& name);
+
+bool isPropertyKey(QStringView key);
 
 /// The value of a property; invalid when the text says null.
 QVariant propertyValue(const json::JsonText& text, json::JsonText::Index property);
