@@ -91,10 +91,12 @@ private:
 
     void complete(const Instance& instance)
     {
-        filehost::Completion completion = session.complete(instance);
+        const filehost::Completion completion = session.complete(instance);
         const QList<filehost::Problem> problems = session.takeProblems();
         if (!completion.changes.isEmpty() || !problems.isEmpty()) {
-            result.completed.push_back({std::move(completion), problems});
+            result.completed.push_back({countOf(completion.changes),
+                                        input.textOf(completion.changes), completion.modifications,
+                                        problems});
         }
     }
 

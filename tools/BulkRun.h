@@ -7,7 +7,9 @@
 #include "tools/ResultWindow.h"
 
 #include <QList>
+#include <QString>
 
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -31,6 +33,8 @@ public:
         const filehost::Session& holder; ///< of the lock, unless nothing is to be written
         filehost::Session::Access access;
         const Interruption& interruption;
+        /// How the changes of an instance are to be shown. Called by all jobs at the same time.
+        std::function<QString(const QList<filehost::LeafChange>&)> textOf;
     };
 
     /// Starts `jobs` threads, or as many as there are units, or as the system allows: possibly

@@ -12,6 +12,8 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 namespace tools {
 
@@ -79,10 +81,12 @@ struct ColumnChange {
 /// The columns of an array whose units changed; none when it has got more or fewer columns.
 QList<ColumnChange> columnChangesOf(const LeafChange& change)
 {
+    if (change.property != Keys::getKeyDataPropertyArrayInformation()) {
+        return {};
+    }
     const QVariantList before = change.before.toList();
     const QVariantList after = change.after.toList();
-    if (change.property != Keys::getKeyDataPropertyArrayInformation() ||
-        before.size() != after.size()) {
+    if (before.size() != after.size()) {
         return {};
     }
 
@@ -101,6 +105,7 @@ QList<ColumnChange> columnChangesOf(const LeafChange& change)
 
 /// One line of a change, cell by cell.
 struct Row {
+    const Instance* instance;
     QString place;
     QString property;
     QString before;
@@ -114,25 +119,34 @@ QString placeOf(const LeafChange& change, const ColumnChange& column)
     return column.name.isEmpty() ? place : place + QLatin1Char(' ') + printable(column.name);
 }
 
-QList<Row> rowsOf(const LeafChange& change)
+void addRows(const LeafChange& change, std::vector<Row>& rows)
 {
-    QList<Row> rows;
-    for (const ColumnChange& column : columnChangesOf(change)) {
-        rows.append({placeOf(change, column), QStringLiteral("unit"), shortValueText(column.before),
-                     shortValueText(column.after)});
+    const QList<ColumnChange> columns = columnChangesOf(change);
+    for (const ColumnChange& column : columns) {
+        rows.push_back({&change.instance, placeOf(change, column), QStringLiteral("unit"),
+                        shortValueText(column.before), shortValueText(column.after)});
     }
-    if (rows.isEmpty()) {
-        rows.append({printable(change.url), propertyName(change.property),
-                     shown(change, change.before), shown(change, change.after)});
+    if (columns.isEmpty()) {
+        rows.push_back({&change.instance, printable(change.url), propertyName(change.property),
+                        shown(change, change.before), shown(change, change.after)});
+    }
+}
+
+std::vector<Row> rowsOf(const QList<LeafChange>& changes)
+{
+    std::vector<Row> rows;
+    rows.reserve(static_cast<std::size_t>(changes.size()));
+    for (const LeafChange& change : changes) {
+        addRows(change, rows);
     }
     return rows;
 }
 
-int commonWidth(const QStringList& texts)
+int commonWidthOfBefore(const std::vector<Row>& rows)
 {
     int common = 0;
-    for (const QString& text : texts) {
-        const int width = displayWidth(text);
+    for (const Row& row : rows) {
+        const int width = displayWidth(row.before);
         if (width <= widestAlignedBefore) {
             common = std::max(common, width);
         }
@@ -169,25 +183,21 @@ QString changesText(const QList<LeafChange>& changes, bool color)
 
 QString changeLines(const QList<LeafChange>& changes, bool color)
 {
-    QStringList before;
-    for (const LeafChange& change : changes) {
-        for (const Row& row : rowsOf(change)) {
-            before.append(row.before);
-        }
-    }
-    const int width = commonWidth(before);
+    const std::vector<Row> rows = rowsOf(changes);
+    const int width = commonWidthOfBefore(rows);
 
     Table table;
-    const LeafChange* last = nullptr;
-    for (const LeafChange& change : changes) {
-        if (last == nullptr || !(last->instance == change.instance)) {
-            table.addHeading(titleOf(change.instance));
+    const Instance* last = nullptr;
+    for (const Row& row : rows) {
+        if (last == nullptr || !(*last == *row.instance)) {
+            table.addHeading(titleOf(*row.instance));
         }
-        last = &change;
-        for (const Row& row : rowsOf(change)) {
-            table.addRow({row.place, row.property,
-                          padded(row.before, width) + QStringLiteral(" → ") + row.after});
-        }
+        last = row.instance;
+        QString change;
+        change.reserve(width + row.before.size() + row.after.size());
+        appendPadded(change, row.before, width);
+        change += QStringLiteral(" → ") + row.after;
+        table.addRow({row.place, row.property, change});
     }
     return table.toText(color);
 }
@@ -233,6 +243,17 @@ void addChange(JsonDocument& document, const LeafChange& change)
                             document.add(QStringLiteral("before"), column.before);
                             document.add(QStringLiteral("after"), column.after);
                         });
+}
+
+QString changeItems(const QList<LeafChange>& changes)
+{
+    JsonDocument document{QString()};
+    document.beginList(QStringLiteral("changes"));
+    document.take();
+    for (const LeafChange& change : changes) {
+        document.addItem([&] { addChange(document, change); });
+    }
+    return document.take().trimmed();
 }
 
 QString titleOf(const Instance& instance)

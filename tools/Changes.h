@@ -48,6 +48,9 @@ void addChanges(JsonDocument& document, const QList<filehost::LeafChange>& chang
 /// Adds what a change is as members of the object that is open.
 void addChange(JsonDocument& document, const filehost::LeafChange& change);
 
+/// The changes as items of the list that is the only member of a document, for `addItems`.
+QString changeItems(const QList<filehost::LeafChange>& changes);
+
 /// The name of an instance as people see it: a process description is marked.
 QString titleOf(const filehost::Instance& instance);
 

@@ -4,6 +4,7 @@
 #include <QMetaType>
 
 #include <cmath>
+#include <cstddef>
 
 namespace tools {
 
@@ -122,6 +123,13 @@ void JsonDocument::addItem(const std::function<void()>& members)
 void JsonDocument::endList()
 {
     writer.EndArray();
+}
+
+void JsonDocument::addItems(const QString& items)
+{
+    const QByteArray utf8 = items.toUtf8();
+    writer.RawValue(utf8.constData(), static_cast<std::size_t>(utf8.size()),
+                    rapidjson::kObjectType);
 }
 
 QString JsonDocument::take()

@@ -35,6 +35,9 @@ public:
     void beginList(const QString& key);
     void addItem(const std::function<void()>& members);
     void endList();
+    /// Adds one or more items that another document took from a list of its own, without the blanks
+    /// around them.
+    void addItems(const QString& items);
 
     /// The text since the last call. A document that is written as it grows needs no memory.
     QString take();

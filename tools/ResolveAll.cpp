@@ -81,7 +81,10 @@ void ResolveAll::runLinks(const Session& session, const Interruption& interrupti
 {
     const auto start = ProgressReport::Clock::now();
     const LinkPlan plan(session.workspace(), links);
-    BulkRun run({links, plan, session, accessFor(isDryRun), interruption}, jobs);
+    const auto textOf = [this](const QList<filehost::LeafChange>& changes) {
+        return this->textOf(changes);
+    };
+    BulkRun run({links, plan, session, accessFor(isDryRun), interruption, textOf}, jobs);
     hasRun = run.hasJobs() || links.isEmpty();
     if (!hasRun) {
         console.complain(QStringLiteral("not even one thread could be started"),
@@ -135,24 +138,29 @@ void ResolveAll::take(const CompletedInstance& instance)
     console.report(instance.problems);
     allKept = allKept && instance.problems.isEmpty();
 
-    const filehost::Completion& completion = instance.completion;
-    for (const ModifiedInstanceItem& item : completion.modifications) {
+    for (const ModifiedInstanceItem& item : instance.modifications) {
         modified.insert(item.instanceName, item);
     }
-    if (completion.changes.isEmpty()) {
+    if (instance.changed.instances == 0) {
         return;
     }
-    const ChangeCount count = countOf(completion.changes);
-    summary.changed.leaves += count.leaves;
-    summary.changed.instances += count.instances;
+    summary.changed.leaves += instance.changed.leaves;
+    summary.changed.instances += instance.changed.instances;
     summary.files += isDryRun ? 0 : 1;
     if (console.options().json) {
-        for (const filehost::LeafChange& change : completion.changes) {
-            document.addItem([&] { addChange(document, change); });
-        }
-    } else if (!console.options().quiet) {
-        pending += changeLines(completion.changes, console.color());
+        document.addItems(instance.text);
+    } else {
+        pending += instance.text;
     }
+}
+
+/// For any thread: it works on nothing but what never changes.
+QString ResolveAll::textOf(const QList<filehost::LeafChange>& changes) const
+{
+    if (console.options().json) {
+        return changeItems(changes);
+    }
+    return console.options().quiet ? QString() : changeLines(changes, console.color());
 }
 
 /// Many changes at once: each writing takes a call into the system.

@@ -49,6 +49,7 @@ private:
     void runLinks(const filehost::Session& session, const Interruption& interruption);
     void take(const LinkResult& result);
     void take(const CompletedInstance& instance);
+    QString textOf(const QList<filehost::LeafChange>& changes) const;
     void showPending();
     void updateManifest(filehost::Session& session);
     void summarize();

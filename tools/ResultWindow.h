@@ -2,11 +2,13 @@
 #define UNITFLOW_TOOLS_RESULTWINDOW_H
 
 #include "filehost/Problem.h"
-#include "filehost/Session.h"
+#include "host/ModifiedInstanceItem.h"
+#include "tools/Changes.h"
 #include "tools/Console.h"
 #include "tools/Links.h"
 
 #include <QList>
+#include <QString>
 
 #include <chrono>
 #include <condition_variable>
@@ -20,7 +22,9 @@ namespace tools {
 
 /// What is known of an instance after the last link that needed it.
 struct CompletedInstance {
-    filehost::Completion completion;
+    ChangeCount changed;
+    QString text; ///< that shows the changes
+    QList<ModifiedInstanceItem> modifications;
     QList<filehost::Problem> problems; ///< why it could not be written
 };
 

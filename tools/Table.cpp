@@ -4,6 +4,7 @@
 #include "tools/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace tools {
 
@@ -12,60 +13,54 @@ namespace {
 // Leaves room for a unit or a change beside the widest URL of a common tree in 80 columns.
 constexpr int widestAlignedCell = 44;
 
-QString rowText(const QStringList& cells, const QList<int>& widths)
+void appendRow(QString& text, const QStringList& cells, const std::vector<int>& widths)
 {
-    QString text;
-    for (int column = 0; column < cells.size(); ++column) {
-        text += QStringLiteral("  ") + padded(cells.at(column), widths.at(column));
+    const int start = text.size();
+    auto width = widths.begin();
+    for (const QString& cell : cells) {
+        text += QLatin1String("  ");
+        appendPadded(text, cell, *width++);
     }
-    while (text.endsWith(QLatin1Char(' '))) {
-        text.chop(1);
+    int end = text.size();
+    while (end > start && text.at(end - 1) == QLatin1Char(' ')) {
+        --end;
     }
-    return text;
+    text.truncate(end);
 }
 
 } // namespace
 
 void Table::addHeading(const QString& text)
 {
-    lines.append({true, {text}});
+    lines.push_back({true, {text}});
 }
 
 void Table::addRow(const QStringList& cells)
 {
-    lines.append({false, cells});
+    lines.push_back({false, cells});
+    widths.resize(std::max(widths.size(), static_cast<std::size_t>(cells.size())), 0);
+    auto widest = widths.begin();
+    for (const QString& cell : cells) {
+        const int width = displayWidth(cell);
+        if (width <= widestAlignedCell) {
+            *widest = std::max(*widest, width);
+        }
+        ++widest;
+    }
 }
 
 QString Table::toText(bool color) const
 {
-    const QList<int> widths = columnWidths();
     QString text;
     for (const Line& line : lines) {
-        text += line.isHeading ? styled(line.cells.first(), Style::Heading, color)
-                               : rowText(line.cells, widths);
+        if (line.isHeading) {
+            text += styled(line.cells.first(), Style::Heading, color);
+        } else {
+            appendRow(text, line.cells, widths);
+        }
         text += QLatin1Char('\n');
     }
     return text;
-}
-
-QList<int> Table::columnWidths() const
-{
-    QList<int> widths;
-    for (const Line& line : lines) {
-        if (line.isHeading) {
-            continue;
-        }
-        while (widths.size() < line.cells.size()) {
-            widths.append(0);
-        }
-        for (int column = 0; column < line.cells.size(); ++column) {
-            const int width = displayWidth(line.cells.at(column));
-            if (width <= widestAlignedCell) {
-                widths[column] = std::max(widths.at(column), width);
-            }
-        }
-    }
-    return widths;
 }
 
 } // namespace tools

@@ -1,9 +1,10 @@
 #ifndef UNITFLOW_TOOLS_TABLE_H
 #define UNITFLOW_TOOLS_TABLE_H
 
-#include <QList>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 namespace tools {
 
@@ -25,9 +26,8 @@ private:
         QStringList cells;
     };
 
-    QList<int> columnWidths() const;
-
-    QList<Line> lines;
+    std::vector<Line> lines;
+    std::vector<int> widths; ///< by column
 };
 
 } // namespace tools

@@ -90,7 +90,15 @@ int displayWidth(const QString& text)
 
 QString padded(const QString& text, int width)
 {
-    return text + QString(std::max(0, width - displayWidth(text)), QLatin1Char(' '));
+    QString line;
+    appendPadded(line, text, width);
+    return line;
+}
+
+void appendPadded(QString& line, const QString& text, int width)
+{
+    line += text;
+    line.resize(line.size() + std::max(0, width - displayWidth(text)), QLatin1Char(' '));
 }
 
 QString elided(const QString& text, int width)
