@@ -17,8 +17,12 @@ namespace {
 Session* sessionOn(const Workspace& workspace)
 {
     Session* const session = Session::current();
-    const bool isOn = session != nullptr && canonicalPath(session->workspace().directory()) ==
-                                                canonicalPath(workspace.directory());
+    if (session == nullptr) {
+        return nullptr;
+    }
+    const QString directory = session->workspace().directory();
+    const bool isOn = directory == workspace.directory() ||
+                      canonicalPath(directory) == canonicalPath(workspace.directory());
     return isOn ? session : nullptr;
 }
 

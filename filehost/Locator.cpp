@@ -14,21 +14,23 @@ constexpr int mostFolders = 256;
 } // namespace
 
 Locator::Locator(const Workspace& workspace)
-    : workspace(workspace), canonicalRoot(canonicalPath(workspace.directory()))
+    : workspace(workspace), canonicalRoot(canonicalPath(workspace.directory())),
+      configurations(folderOf(workspace.directory(), Named::Configuration)),
+      processes(folderOf(workspace.directory(), Named::Process))
 {}
 
 std::optional<File> Locator::locate(const Instance& instance, QList<Problem>& problems)
 {
-    const Named what = named(instance.kind);
     QList<Problem> refused;
-    if (checkName(what, instance.name, refused)) {
-        const QString path = folderOf(workspace.directory(), what) + QLatin1Char('/') +
-                             instance.name + QLatin1Char('.') +
+    if (checkName(named(instance.kind), instance.name, refused)) {
+        const QString& base = instance.kind == Kind::Process ? processes : configurations;
+        const QString path = base + QLatin1Char('/') + instance.name + QLatin1Char('.') +
                              PropertyManagerConst::getConfigFileExtension();
+        const int nameAt = path.lastIndexOf(QLatin1Char('/'));
+        const Folder folder = folderAt(path.left(nameAt));
         const QFileInfo file(path);
-        const QString folder = canonicalFolder(file.path());
-        if (!file.isSymLink() && file.isFile() && isInside(canonicalRoot, folder)) {
-            return File{folder + QLatin1Char('/') + file.fileName(),
+        if (folder.isInside && !file.isSymLink() && file.isFile()) {
+            return File{folder.canonical + path.midRef(nameAt),
                         shownPath(workspace.directory(), path)};
         }
     }
@@ -39,16 +41,17 @@ std::optional<File> Locator::locate(const Instance& instance, QList<Problem>& pr
                : std::optional<File>({canonicalPath(path), shownPath(workspace.directory(), path)});
 }
 
-QString Locator::canonicalFolder(const QString& folder)
+Locator::Folder Locator::folderAt(const QString& path)
 {
-    const auto known = canonicalFolders.constFind(folder);
-    if (known != canonicalFolders.constEnd()) {
+    const auto known = folders.constFind(path);
+    if (known != folders.constEnd()) {
         return *known;
     }
-    if (canonicalFolders.size() == mostFolders) {
-        canonicalFolders.clear();
+    if (folders.size() == mostFolders) {
+        folders.clear();
     }
-    return *canonicalFolders.insert(folder, canonicalPath(folder));
+    const QString canonical = canonicalPath(path);
+    return *folders.insert(path, {canonical, isInside(canonicalRoot, canonical)});
 }
 
 } // namespace filehost

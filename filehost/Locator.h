@@ -22,11 +22,18 @@ public:
     std::optional<File> locate(const Instance& instance, QList<Problem>& problems);
 
 private:
-    QString canonicalFolder(const QString& folder);
+    struct Folder {
+        QString canonical;
+        bool isInside; ///< the workspace
+    };
+
+    Folder folderAt(const QString& path);
 
     Workspace workspace;
     QString canonicalRoot;
-    QHash<QString, QString> canonicalFolders; ///< by folder
+    QString configurations;         ///< the folder
+    QString processes;              ///< the folder
+    QHash<QString, Folder> folders; ///< by path
 };
 
 } // namespace filehost

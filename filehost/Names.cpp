@@ -7,6 +7,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringRef>
+#include <QVector>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,17 +20,36 @@ namespace {
 
 bool hasForbiddenSegment(const QString& name)
 {
-    const QStringList segments = name.split(QLatin1Char('/'));
-    return std::any_of(segments.begin(), segments.end(), [](const QString& segment) {
+    const QVector<QStringRef> segments = name.splitRef(QLatin1Char('/'));
+    return std::any_of(segments.begin(), segments.end(), [](const QStringRef& segment) {
         return segment.isEmpty() || segment == QLatin1String(".") || segment == QLatin1String("..");
     });
 }
 
 bool isManifest(Named what, const QString& name)
 {
-    return what == Named::Configuration &&
+    const QString manifest = PropertyManagerConst::getConfigurationManifestFilename();
+    return what == Named::Configuration && manifest.startsWith(name) &&
            QString(name + QLatin1Char('.') + PropertyManagerConst::getConfigFileExtension()) ==
-               PropertyManagerConst::getConfigurationManifestFilename();
+               manifest;
+}
+
+/// Whether a character is the same in every locale.
+bool isPortable(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') ||
+           (code >= '0' && code <= '9') || code == '-' || code == '_' || code == '.' ||
+           code == '/' || code == ' ';
+}
+
+/// Whether a file can have the name in this locale. In one that lacks it, a letter turns into "?",
+/// and two names into one file.
+bool isFileName(const QString& name)
+{
+    return std::all_of(name.begin(), name.end(), isPortable) ||
+           (!name.contains(QChar(QChar::Null)) &&
+            QFile::decodeName(QFile::encodeName(name)) == name);
 }
 
 /// Why a folder cannot be read: an error of the system; 0 when it can be.
@@ -100,9 +121,7 @@ bool checkName(Named what, const QString& name, QList<Problem>& problems)
         wrong = QStringLiteral("is absolute");
     } else if (hasForbiddenSegment(name)) {
         wrong = QStringLiteral("has an empty, \".\" or \"..\" segment");
-    } else if (name.contains(QChar(QChar::Null)) ||
-               QFile::decodeName(QFile::encodeName(name)) != name) {
-        // In a locale without it, a letter turns into "?", and two names into one file.
+    } else if (!isFileName(name)) {
         wrong = QStringLiteral("has a character that no file name can have in this locale");
     } else if (isManifest(what, name)) {
         wrong = QStringLiteral("is the manifest's, which is no instance");
@@ -194,8 +213,9 @@ QString canonicalPath(const QString& path)
 
 bool isInside(const QString& folder, const QString& path)
 {
-    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
-    return path == folder || path.startsWith(prefix);
+    return path.startsWith(folder) &&
+           (path.size() == folder.size() || folder.endsWith(QLatin1Char('/')) ||
+            path.at(folder.size()) == QLatin1Char('/'));
 }
 
 QString shownPath(const QString& root, const QString& path)

@@ -75,7 +75,7 @@ struct StoredFile {
 
 /// The manifest as it was read, and what is to become of it.
 struct Manifest {
-    TextPointer inFile; ///< null when there is none
+    StoredText inFile; ///< nothing when there is none
     bool isReadable = false;
     QList<Problem> whyNot; ///< what stands against updating it
     QList<ManifestUpdate> updates;
@@ -210,8 +210,10 @@ void Session::Private::read(StoredFile& file) const
 {
     file.inFile = readTree(file.file, file.whyNot);
     file.stored = StoredText(file.inFile);
-    explainMissing(file.whyNot, named(file.instance.kind), file.instance.name,
-                   folderOf(workspace.directory(), named(file.instance.kind)));
+    if (!file.inFile) {
+        explainMissing(file.whyNot, named(file.instance.kind), file.instance.name,
+                       folderOf(workspace.directory(), named(file.instance.kind)));
+    }
 }
 
 /// Whether the file was written now.
@@ -287,11 +289,12 @@ void Session::Private::commitManifest(QList<Problem>& failures)
     if (updates.isEmpty()) {
         return;
     }
-    const QByteArray bytes = withUpdates(manifest->inFile.get(), updates);
-    const bool isInFile = manifest->inFile && manifest->inFile->bytes() == bytes;
+    const TextPointer inFile = manifest->inFile.read();
+    const QByteArray bytes = withUpdates(inFile.get(), updates);
+    const bool isInFile = inFile && inFile->bytes() == bytes;
     const File file = manifestFile(workspace.directory());
-    if (!isInFile && replaceBytes(file, manifest->inFile.get(), bytes, failures)) {
-        manifest->inFile = json::JsonText::parse(bytes, file.shown, failures);
+    if (!isInFile && replaceBytes(file, inFile.get(), bytes, failures)) {
+        manifest->inFile = StoredText(bytes, file.shown);
         ++writtenFiles;
     }
 }
@@ -579,8 +582,10 @@ bool Session::readsManifest()
 {
     if (!d->manifest) {
         d->manifest.emplace();
+        TextPointer inFile;
         d->manifest->isReadable =
-            readManifest(d->workspace.directory(), d->manifest->inFile, d->manifest->whyNot);
+            readManifest(d->workspace.directory(), inFile, d->manifest->whyNot);
+        d->manifest->inFile = StoredText(inFile);
     }
     d->report(d->manifest->whyNot);
     return d->manifest->isReadable;

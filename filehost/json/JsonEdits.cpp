@@ -20,6 +20,12 @@ QByteArray toBytes(std::string_view text)
     return {text.data(), static_cast<int>(text.size())};
 }
 
+bool isContainer(const QVariant& value)
+{
+    return value.userType() == QMetaType::QVariantList ||
+           value.userType() == QMetaType::QVariantMap;
+}
+
 /// Texts without a blank behind their colons have none behind their commas either.
 QByteArray comma(const QByteArray& colon)
 {
@@ -59,6 +65,10 @@ JsonEdits::JsonEdits(const JsonText& text) : text(text) {}
 
 void JsonEdits::replace(Index index, const QVariant& value)
 {
+    if (!isContainer(value)) {
+        replaceByScalar(index, value);
+        return;
+    }
     const auto children = text.children(index);
     if (text.kind(index) == Kind::Array && value.userType() == QMetaType::QVariantList &&
         std::distance(children.begin(), children.end()) == value.toList().size()) {
@@ -83,6 +93,13 @@ void JsonEdits::replace(Index index, const QVariant& value)
     Splice splice{text.node(index).value, {}};
     appendValue(splice.bytes, value, colon(index));
     splices.push_back(std::move(splice));
+}
+
+void JsonEdits::replaceByScalar(Index index, const QVariant& value)
+{
+    if (!text.children(index).empty() || !isSame(text.value(index), value)) {
+        splices.push_back({text.node(index).value, writeScalar(value)});
+    }
 }
 
 void JsonEdits::replaceMembers(Index object, const QVariantMap& values)
@@ -241,8 +258,10 @@ QByteArray JsonEdits::apply() const
 {
     std::vector<const Splice*> ordered;
     ordered.reserve(splices.size());
+    int added = 0;
     for (const Splice& splice : splices) {
         ordered.push_back(&splice);
+        added += splice.bytes.size();
     }
     // Where one place has both, what is inserted goes in front of what is replaced.
     std::stable_sort(ordered.begin(), ordered.end(), [](const Splice* left, const Splice* right) {
@@ -250,6 +269,7 @@ QByteArray JsonEdits::apply() const
                std::pair(right->old.begin, right->old.end);
     });
     QByteArray result;
+    result.reserve(text.bytes().size() + added);
     quint32 copied = 0;
     const auto copyUpTo = [&](quint32 end) {
         result.append(text.bytes().constData() + copied, static_cast<int>(end - copied));

@@ -55,6 +55,7 @@ private:
         QByteArray bytes;
     };
 
+    void replaceByScalar(Index index, const QVariant& value);
     void replaceMembers(Index object, const QVariantMap& values);
     QByteArray colon(Index index) const;
     QByteArray separator(Index container) const;

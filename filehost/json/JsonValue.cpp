@@ -64,6 +64,24 @@ std::optional<QVariant> map(const QVariantMap& values, int depth)
     return result;
 }
 
+bool needsEscape(char byte)
+{
+    constexpr char firstPrintable = 0x20;
+    return (byte >= 0 && byte < firstPrintable) || byte == '"' || byte == '\\';
+}
+
+QByteArray writeText(const QString& text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    if (std::none_of(utf8.begin(), utf8.end(), needsEscape)) {
+        return '"' + utf8 + '"';
+    }
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
+    return {buffer.GetString(), static_cast<int>(buffer.GetSize())};
+}
+
 } // namespace
 
 std::optional<QVariant> normalized(const QVariant& value, int depth)
@@ -128,6 +146,9 @@ bool isSame(const QVariant& left, const QVariant& right)
 
 QByteArray writeScalar(const QVariant& value)
 {
+    if (value.userType() == QMetaType::QString) {
+        return writeText(value.toString());
+    }
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
     switch (value.userType()) {
@@ -143,11 +164,6 @@ QByteArray writeScalar(const QVariant& value)
     case QMetaType::Double:
         writer.Double(value.toDouble());
         break;
-    case QMetaType::QString: {
-        const QByteArray utf8 = value.toString().toUtf8();
-        writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
-        break;
-    }
     default:
         writer.Null();
         break;
