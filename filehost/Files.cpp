@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace filehost {
 
 namespace {
@@ -25,6 +27,19 @@ bool fail(QList<Problem>& problems, const File& file, const QString& reason)
         QStringLiteral("the file cannot be written: %1").arg(reason),
         QStringLiteral("check its folder, the permissions and the space on the disk"));
     return false;
+}
+
+/// Asks for a byte more than there is, because that shows the end.
+QByteArray readToEnd(QFile& file)
+{
+    const auto size = static_cast<int>(file.size());
+    QByteArray bytes(size + 1, Qt::Uninitialized);
+    const qint64 count = file.read(bytes.data(), bytes.size());
+    if (count > size) {
+        return bytes + file.readAll(); // it grows
+    }
+    bytes.truncate(static_cast<int>(std::max(count, qint64{0})));
+    return bytes;
 }
 
 bool isAsExpected(const File& file, const JsonText* expected)
@@ -48,7 +63,7 @@ bool exists(const File& file)
 std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems)
 {
     const QFileInfo info(file.path);
-    if (!info.exists()) {
+    if (!info.isFile() && !info.exists()) {
         add(problems, Problem::Code::Missing, file, QStringLiteral("there is no such file"), {});
         return std::nullopt;
     }
@@ -59,7 +74,7 @@ std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems)
         return std::nullopt;
     }
     QFile source(file.path);
-    if (!source.open(QIODevice::ReadOnly)) {
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         add(problems, Problem::Code::Read, file,
             QStringLiteral("the file cannot be read: %1").arg(source.errorString()),
             QStringLiteral("check its permissions"));
@@ -69,7 +84,7 @@ std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems)
         problems.append(JsonText::tooLarge(file.shown));
         return std::nullopt;
     }
-    const QByteArray bytes = source.readAll();
+    const QByteArray bytes = readToEnd(source);
     if (source.error() != QFileDevice::NoError) {
         add(problems, Problem::Code::Read, file,
             QStringLiteral("the file cannot be read: %1").arg(source.errorString()),

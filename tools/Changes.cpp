@@ -9,6 +9,7 @@
 #include "tools/Text.h"
 #include "tools/Value.h"
 
+#include <QStringBuilder>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -193,11 +194,8 @@ QString changeLines(const QList<LeafChange>& changes, bool color)
             table.addHeading(titleOf(*row.instance));
         }
         last = row.instance;
-        QString change;
-        change.reserve(width + row.before.size() + row.after.size());
-        appendPadded(change, row.before, width);
-        change += QStringLiteral(" → ") + row.after;
-        table.addRow({row.place, row.property, change});
+        table.addRow({row.place, row.property,
+                      padded(row.before, width) % QStringLiteral(" → ") % row.after});
     }
     return table.toText(color);
 }

@@ -12,55 +12,81 @@ namespace {
 
 // Leaves room for a unit or a change beside the widest URL of a common tree in 80 columns.
 constexpr int widestAlignedCell = 44;
-
-void appendRow(QString& text, const QStringList& cells, const std::vector<int>& widths)
-{
-    const int start = text.size();
-    auto width = widths.begin();
-    for (const QString& cell : cells) {
-        text += QLatin1String("  ");
-        appendPadded(text, cell, *width++);
-    }
-    int end = text.size();
-    while (end > start && text.at(end - 1) == QLatin1Char(' ')) {
-        --end;
-    }
-    text.truncate(end);
-}
+constexpr int betweenCells = 2;
 
 } // namespace
 
 void Table::addHeading(const QString& text)
 {
-    lines.push_back({true, {text}});
+    lines.push_back({true, cells.size()});
+    cells.push_back({text, 0});
 }
 
-void Table::addRow(const QStringList& cells)
+void Table::addRow(const QStringList& texts)
 {
-    lines.push_back({false, cells});
-    widths.resize(std::max(widths.size(), static_cast<std::size_t>(cells.size())), 0);
-    auto widest = widths.begin();
-    for (const QString& cell : cells) {
-        const int width = displayWidth(cell);
-        if (width <= widestAlignedCell) {
-            *widest = std::max(*widest, width);
-        }
-        ++widest;
+    beginRow();
+    for (const QString& text : texts) {
+        addCell(text);
     }
+}
+
+void Table::addRow(std::initializer_list<QString> texts)
+{
+    beginRow();
+    for (const QString& text : texts) {
+        addCell(text);
+    }
+}
+
+void Table::beginRow()
+{
+    lines.push_back({false, cells.size()});
+}
+
+void Table::addCell(const QString& text)
+{
+    const std::size_t column = cells.size() - lines.back().firstCell;
+    if (column == widths.size()) {
+        widths.push_back(0);
+    }
+    const int width = displayWidth(text);
+    if (width <= widestAlignedCell) {
+        widths[column] = std::max(widths[column], width);
+    }
+    cells.push_back({text, width});
 }
 
 QString Table::toText(bool color) const
 {
     QString text;
-    for (const Line& line : lines) {
-        if (line.isHeading) {
-            text += styled(line.cells.first(), Style::Heading, color);
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        const bool isLast = line + 1 == lines.size();
+        const std::size_t begin = lines[line].firstCell;
+        const std::size_t end = isLast ? cells.size() : lines[line + 1].firstCell;
+        if (lines[line].isHeading) {
+            text += styled(cells[begin].text, Style::Heading, color);
         } else {
-            appendRow(text, line.cells, widths);
+            appendRow(text, begin, end);
         }
         text += QLatin1Char('\n');
     }
     return text;
+}
+
+void Table::appendRow(QString& text, std::size_t begin, std::size_t end) const
+{
+    const int start = text.size();
+    for (std::size_t at = begin; at < end; ++at) {
+        const Cell& cell = cells[at];
+        appendBlanks(text, betweenCells);
+        text += cell.text;
+        appendBlanks(text, widths[at - begin] - cell.width);
+    }
+    int length = text.size();
+    while (length > start && text.at(length - 1) == QLatin1Char(' ')) {
+        --length;
+    }
+    text.truncate(length);
 }
 
 } // namespace tools

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
+#include <initializer_list>
 #include <vector>
 
 namespace tools {
@@ -13,7 +15,8 @@ class Table {
 public:
     /// A line of its own, which takes no part in the alignment.
     void addHeading(const QString& text);
-    void addRow(const QStringList& cells);
+    void addRow(std::initializer_list<QString> texts);
+    void addRow(const QStringList& texts);
 
     /// One line for each heading and row, each ended by a line feed and without trailing blanks.
     /// Rows are indented by two blanks, cells two blanks apart. A cell far wider than the others
@@ -22,11 +25,21 @@ public:
 
 private:
     struct Line {
-        bool isHeading = false;
-        QStringList cells;
+        bool isHeading;
+        std::size_t firstCell;
     };
 
+    struct Cell {
+        QString text;
+        int width;
+    };
+
+    void beginRow();
+    void addCell(const QString& text);
+    void appendRow(QString& text, std::size_t begin, std::size_t end) const;
+
     std::vector<Line> lines;
+    std::vector<Cell> cells;
     std::vector<int> widths; ///< by column
 };
 

@@ -90,15 +90,16 @@ int displayWidth(const QString& text)
 
 QString padded(const QString& text, int width)
 {
-    QString line;
-    appendPadded(line, text, width);
+    QString line = text;
+    appendBlanks(line, width - displayWidth(text));
     return line;
 }
 
-void appendPadded(QString& line, const QString& text, int width)
+void appendBlanks(QString& line, int count)
 {
-    line += text;
-    line.resize(line.size() + std::max(0, width - displayWidth(text)), QLatin1Char(' '));
+    if (count > 0) {
+        line.resize(line.size() + count, QLatin1Char(' '));
+    }
 }
 
 QString elided(const QString& text, int width)
@@ -136,6 +137,12 @@ QString wrapped(const QString& text, int width)
 
 QString printable(const QString& text)
 {
+    const auto isPlain = [](QChar character) {
+        return character >= QLatin1Char(' ') && character <= QLatin1Char('~');
+    };
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return text; // as nearly all are, which the general way would take apart
+    }
     const QVector<uint> codePoints = text.toUcs4();
     if (std::none_of(codePoints.begin(), codePoints.end(), isToBeSpelled)) {
         return text;

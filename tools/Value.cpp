@@ -84,8 +84,11 @@ QString valueText(const QVariant& value)
     if (!value.isValid()) {
         return noValue;
     }
-    if (value.type() == QVariant::String && meansItself(value.toString())) {
-        return value.toString();
+    if (value.type() == QVariant::String) {
+        const QString text = value.toString();
+        if (meansItself(text)) {
+            return text;
+        }
     }
     return printable(toJsonText(value)); // JSON lets some control characters stand
 }

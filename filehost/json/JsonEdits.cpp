@@ -87,7 +87,7 @@ void JsonEdits::replace(Index index, const QVariant& value)
             return;
         }
     }
-    if (children.empty() && isSame(text.value(index), value)) {
+    if (children.empty() && text.isValue(index, value)) {
         return;
     }
     Splice splice{text.node(index).value, {}};
@@ -97,7 +97,7 @@ void JsonEdits::replace(Index index, const QVariant& value)
 
 void JsonEdits::replaceByScalar(Index index, const QVariant& value)
 {
-    if (!text.children(index).empty() || !isSame(text.value(index), value)) {
+    if (!text.isValue(index, value)) {
         splices.push_back({text.node(index).value, writeScalar(value)});
     }
 }
@@ -264,10 +264,13 @@ QByteArray JsonEdits::apply() const
         added += splice.bytes.size();
     }
     // Where one place has both, what is inserted goes in front of what is replaced.
-    std::stable_sort(ordered.begin(), ordered.end(), [](const Splice* left, const Splice* right) {
+    const auto isBefore = [](const Splice* left, const Splice* right) {
         return std::pair(left->old.begin, left->old.end) <
                std::pair(right->old.begin, right->old.end);
-    });
+    };
+    if (!std::is_sorted(ordered.begin(), ordered.end(), isBefore)) {
+        std::stable_sort(ordered.begin(), ordered.end(), isBefore);
+    }
     QByteArray result;
     result.reserve(text.bytes().size() + added);
     quint32 copied = 0;

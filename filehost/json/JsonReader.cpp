@@ -41,6 +41,10 @@ bool startsWith(std::string_view text, std::string_view start)
 /// is a character like any other.
 QString fromUtf8(std::string_view bytes)
 {
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80U; };
+    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) {
+        return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
+    }
     QString marks;
     while (startsWith(bytes, byteOrderMark)) {
         marks += QChar(QChar::ByteOrderMark);

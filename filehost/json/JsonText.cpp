@@ -2,6 +2,7 @@
 
 #include "filehost/Limits.h"
 #include "filehost/json/JsonReader.h"
+#include "filehost/json/JsonValue.h"
 
 #include <QVariantList>
 #include <QVariantMap>
@@ -103,7 +104,7 @@ std::shared_ptr<const JsonText> JsonText::parse(const QByteArray& bytes, const Q
     return errors.list.empty() ? json : nullptr;
 }
 
-JsonText::Index JsonText::member(Index object, const QString& key) const
+JsonText::Index JsonText::find(Index object, QStringView key) const
 {
     for (const Index child : children(object)) {
         if (isUnder(child, key)) {
@@ -118,24 +119,35 @@ QString JsonText::key(Index index) const
     return hasKey(index) ? decodeString(slice(nodes[index].key)) : QString();
 }
 
-bool JsonText::isUnder(Index index, QStringView key) const
+/// Whether a string's token stands for a string. Decodes only what is not plain ASCII.
+bool JsonText::says(Span token, QStringView string) const
 {
-    if (!hasKey(index)) {
-        return key.isEmpty();
+    const std::string_view quoted = slice(token);
+    const auto length = static_cast<qsizetype>(quoted.size()) - 2;
+    if (length < string.size()) {
+        return false; // a character takes a byte at least
     }
-    std::string_view token = slice(nodes[index].key);
-    token = token.substr(1, token.size() - 2);
-    qsizetype at = 0;
-    for (const char byte : token) {
-        if (!isPlain(byte)) {
-            return this->key(index) == key;
+    const char* byte = quoted.data() + 1;
+    for (const QChar character : string) {
+        if (!isPlain(*byte)) {
+            return decodeString(quoted) == string;
         }
-        if (at == key.size() || key[at] != QLatin1Char(byte)) {
+        if (character != QLatin1Char(*byte)) {
             return false;
         }
-        ++at;
+        ++byte;
     }
-    return at == key.size();
+    return length == string.size();
+}
+
+void JsonText::appendKey(Index index, QString& text) const
+{
+    const std::string_view quoted = slice(nodes[index].key);
+    if (std::all_of(quoted.begin(), quoted.end(), isPlain)) {
+        text += QLatin1String(quoted.data() + 1, static_cast<int>(quoted.size()) - 2);
+    } else {
+        text += key(index);
+    }
 }
 
 QVariant JsonText::value(Index index) const
@@ -170,6 +182,14 @@ QVariant JsonText::value(Index index) const
         break;
     }
     return QVariant::fromValue(nullptr);
+}
+
+bool JsonText::isValue(Index index, const QVariant& value) const
+{
+    if (kind(index) == Kind::String) {
+        return value.userType() == QMetaType::QString && says(nodes[index].value, value.toString());
+    }
+    return isSame(this->value(index), value);
 }
 
 Place JsonText::place(quint32 offset) const

@@ -116,16 +116,24 @@ public:
 
     /// The member of an object under a key; `none` when it has no such member. Looks at one member
     /// after the other.
-    Index member(Index object, const QString& key) const;
+    Index member(Index object, const QString& key) const { return find(object, key); }
+    Index find(Index object, QStringView key) const;
 
     /// Whether the value is an object's member.
     bool hasKey(Index index) const { return nodes[index].key.end != 0; }
 
     /// The key of a member, decoded; empty for other values.
     QString key(Index index) const;
+    void appendKey(Index index, QString& text) const;
 
-    /// Whether `key` gives just this; decodes only what is not spelled in plain ASCII.
-    bool isUnder(Index index, QStringView key) const;
+    /// Whether `key` gives just this.
+    bool isUnder(Index index, QStringView key) const
+    {
+        return hasKey(index) ? says(nodes[index].key, key) : key.isEmpty();
+    }
+
+    /// Whether `value` gives just this.
+    bool isValue(Index index, const QVariant& value) const;
 
     /// The value, decoded: bool, qlonglong (qulonglong beyond its range), double, QString,
     /// QVariantList or QVariantMap; a null pointer variant for null.
@@ -139,6 +147,7 @@ public:
 
 private:
     JsonText(QByteArray bytes, QString file);
+    bool says(Span token, QStringView string) const;
 
     QByteArray text;
     QString fileName;

@@ -64,18 +64,27 @@ std::optional<QVariant> map(const QVariantMap& values, int depth)
     return result;
 }
 
-bool needsEscape(char byte)
+/// Whether a character is written as one byte, itself.
+bool isPlain(QChar character)
 {
-    constexpr char firstPrintable = 0x20;
-    return (byte >= 0 && byte < firstPrintable) || byte == '"' || byte == '\\';
+    return character >= QLatin1Char(' ') && character <= QLatin1Char('~') &&
+           character != QLatin1Char('"') && character != QLatin1Char('\\');
+}
+
+QByteArray writePlain(const QString& text)
+{
+    QByteArray written(text.size() + 2, '"');
+    std::transform(text.begin(), text.end(), written.begin() + 1,
+                   [](QChar character) { return character.toLatin1(); });
+    return written;
 }
 
 QByteArray writeText(const QString& text)
 {
-    const QByteArray utf8 = text.toUtf8();
-    if (std::none_of(utf8.begin(), utf8.end(), needsEscape)) {
-        return '"' + utf8 + '"';
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return writePlain(text);
     }
+    const QByteArray utf8 = text.toUtf8();
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
     writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));

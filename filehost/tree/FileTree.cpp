@@ -6,7 +6,6 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 
 namespace filehost::tree {
@@ -20,7 +19,7 @@ namespace {
 /// Statuses of a write, as the engine understands them.
 enum Status : int { Changed = 0, Unchanged = 1, Refused = 2 };
 
-constexpr std::size_t mostLookedAt = 32; // children of a node, one after the other
+constexpr JsonText::Index mostLookedThrough = 256; // values in a node
 
 template <typename Members>
 auto findKey(Members& members, const QString& key)
@@ -181,30 +180,27 @@ BaseClassSharedPointer FileTreeNode::makeChild(Index child) const
     return QSharedPointer<FileTreeNode>::create(shared, child, level + 1);
 }
 
-/// Most nodes have few children, of which few are asked for: then it costs less to look through
-/// their keys than to make all of them.
+/// Most nodes hold little, of which little is asked for: then it costs less to look through their
+/// keys than to make all children.
 BaseClassSharedPointer FileTreeNode::child(QStringView name) const
 {
     const JsonText& text = shared->text();
+    if (childNodes || text.node(index).next - index > mostLookedThrough) {
+        return children().value(name.toString());
+    }
     if (text.kind(index) != JsonText::Kind::Object || isPropertyKey(name)) {
         return {};
     }
-    std::size_t looked = 0;
-    for (const Index member : text.children(index)) {
-        if (childNodes || looked == mostLookedAt) {
-            return children().value(name.toString());
-        }
-        ++looked;
-        if (text.isUnder(member, name)) {
-            BaseClassSharedPointer node = handedOut(member);
-            if (node.isNull()) {
-                node = makeChild(member);
-                singly.push_back({member, node});
-            }
-            return node;
-        }
+    const Index found = text.find(index, name);
+    if (found == JsonText::none) {
+        return {};
     }
-    return {};
+    BaseClassSharedPointer node = handedOut(found);
+    if (node.isNull()) {
+        node = makeChild(found);
+        singly.push_back({found, node});
+    }
+    return node;
 }
 
 BaseClassSharedPointer FileTreeNode::getChildData(const QString& url)
@@ -240,6 +236,12 @@ QVariant FileTreeNode::originalProperty(const QString& key) const
     return found == JsonText::none ? QVariant() : propertyValue(shared->text(), found);
 }
 
+bool FileTreeNode::isInText(const QString& key, const QVariant& value) const
+{
+    const Index found = property(shared->text(), index, key);
+    return found != JsonText::none && shared->text().isValue(found, value);
+}
+
 QVariant FileTreeNode::getDataProperty(const QString& key)
 {
     const QVariant* const written = shared->written(index, key);
@@ -253,12 +255,12 @@ int FileTreeNode::setDataProperty(const QString& key, const QVariant& value)
         held->userType() == QMetaType::Nullptr) {
         return Refused;
     }
-    const QVariant original = originalProperty(key);
     const QVariant* const written = shared->written(index, key);
-    if (json::isSame(*held, written != nullptr ? *written : original)) {
+    const bool isOriginal = isInText(key, *held);
+    if (written != nullptr ? json::isSame(*held, *written) : isOriginal) {
         return Unchanged;
     }
-    if (json::isSame(*held, original)) {
+    if (isOriginal) {
         shared->unwrite(index, key);
     } else {
         shared->write(index, key, *held);

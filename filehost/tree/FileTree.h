@@ -93,6 +93,7 @@ private:
     BaseClassSharedPointer handedOut(Index child) const;
     BaseClassSharedPointer makeChild(Index child) const;
     QVariant originalProperty(const QString& key) const;
+    bool isInText(const QString& key, const QVariant& value) const;
 
     std::shared_ptr<FileTree> shared;
     Index index;

@@ -35,10 +35,10 @@ public:
 
     /// False when something else was written than scalars over scalars. The recursion is bounded
     /// by the depth of the text.
-    bool collect(Index node, const QString& url)
+    bool collect(Index node)
     {
         if (next != end && next->first == node) {
-            if (!addProperties(url)) {
+            if (!addProperties()) {
                 return false;
             }
             ++next;
@@ -47,8 +47,7 @@ public:
             if (next == end || next->first >= text.node(node).next) {
                 return true;
             }
-            if (next->first < text.node(child).next &&
-                !collect(child, childUrl(url, text.key(child)))) {
+            if (next->first < text.node(child).next && !collectBelow(node, child)) {
                 return false;
             }
         }
@@ -58,7 +57,19 @@ public:
     QList<LeafChange> changes;
 
 private:
-    bool addProperties(const QString& url)
+    bool collectBelow(Index parent, Index child)
+    {
+        const int length = url.size();
+        if (parent != JsonText::root) {
+            url += QLatin1Char('/');
+        }
+        text.appendKey(child, url);
+        const bool isTold = collect(child);
+        url.truncate(length);
+        return isTold;
+    }
+
+    bool addProperties()
     {
         written.clear();
         for (const Member& member : next->second) {
@@ -69,9 +80,10 @@ private:
             written.emplace_back(present, &member);
         }
         std::sort(written.begin(), written.end());
+        const QString ownUrl(url.constData(), url.size()); // the other one is written on
         for (const auto& [present, member] : written) {
             changes.append(
-                {instance, url, member->key, propertyValue(text, present), member->value});
+                {instance, ownUrl, member->key, propertyValue(text, present), member->value});
         }
         return true;
     }
@@ -80,7 +92,8 @@ private:
     const JsonText& text;
     FileTree::Changes::const_iterator next; ///< node to come to
     FileTree::Changes::const_iterator end;
-    std::vector<std::pair<Index, const Member*>> written; ///< to one node; kept for its memory
+    QString url;                                          ///< of the node at hand
+    std::vector<std::pair<Index, const Member*>> written; ///< to it; kept for its memory
 };
 
 } // namespace
@@ -88,7 +101,7 @@ private:
 std::optional<QList<LeafChange>> scalarChanges(const Instance& instance, const FileTree& tree)
 {
     Descent descent(instance, tree);
-    if (!descent.collect(JsonText::root, QString())) {
+    if (!descent.collect(JsonText::root)) {
         return std::nullopt;
     }
     return std::move(descent.changes);

@@ -45,11 +45,6 @@ JsonText::Index property(const JsonText& text, JsonText::Index node, const QStri
     }
 }
 
-QString childUrl(const QString& url, const QString& name)
-{
-    return url.isEmpty() ? name : url + QLatin1Char('/') + name;
-}
-
 bool isPropertyKey(QStringView key)
 {
     return key.startsWith(QLatin1Char('@'));

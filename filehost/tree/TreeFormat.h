@@ -31,9 +31,6 @@ NodeEntries entries(const json::JsonText& text, json::JsonText::Index node);
 json::JsonText::Index property(const json::JsonText& text, json::JsonText::Index node,
                                const QString& key);
 
-/// The URL of a node's child.
-QString childUrl(const QString& url, const QString& name);
-
 bool isPropertyKey(QStringView key);
 
 /// The value of a property; invalid when the text says null.
