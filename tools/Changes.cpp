@@ -194,8 +194,8 @@ QString changeLines(const QList<LeafChange>& changes, bool color)
             table.addHeading(titleOf(*row.instance));
         }
         last = row.instance;
-        table.addRow({row.place, row.property,
-                      padded(row.before, width) % QStringLiteral(" → ") % row.after});
+        table.addRow({row.place, row.property},
+                     padded(row.before, width) % QStringLiteral(" → ") % row.after);
     }
     return table.toText(color);
 }

@@ -13,6 +13,7 @@ namespace {
 // Leaves room for a unit or a change beside the widest URL of a common tree in 80 columns.
 constexpr int widestAlignedCell = 44;
 constexpr int betweenCells = 2;
+const QLatin1Char blank(' ');
 
 } // namespace
 
@@ -30,12 +31,14 @@ void Table::addRow(const QStringList& texts)
     }
 }
 
-void Table::addRow(std::initializer_list<QString> texts)
+void Table::addRow(std::initializer_list<QString> texts, const QString& last)
 {
     beginRow();
     for (const QString& text : texts) {
         addCell(text);
     }
+    cells.push_back({last, 0});
+    widths.resize(std::max(widths.size(), texts.size() + 1), 0);
 }
 
 void Table::beginRow()
@@ -76,17 +79,26 @@ QString Table::toText(bool color) const
 void Table::appendRow(QString& text, std::size_t begin, std::size_t end) const
 {
     const int start = text.size();
+    int length = start;
     for (std::size_t at = begin; at < end; ++at) {
-        const Cell& cell = cells[at];
-        appendBlanks(text, betweenCells);
-        text += cell.text;
-        appendBlanks(text, widths[at - begin] - cell.width);
+        length += betweenCells + cells[at].text.size() + blanksBehind(at, begin);
     }
-    int length = text.size();
-    while (length > start && text.at(length - 1) == QLatin1Char(' ')) {
+    text.resize(length);
+    QChar* to = text.data() + start;
+    for (std::size_t at = begin; at < end; ++at) {
+        to = std::fill_n(to, betweenCells, blank);
+        to = std::copy(cells[at].text.begin(), cells[at].text.end(), to);
+        to = std::fill_n(to, blanksBehind(at, begin), blank);
+    }
+    while (length > start && text.at(length - 1) == blank) {
         --length;
     }
     text.truncate(length);
+}
+
+int Table::blanksBehind(std::size_t cell, std::size_t firstOfRow) const
+{
+    return std::max(0, widths[cell - firstOfRow] - cells[cell].width);
 }
 
 } // namespace tools

@@ -15,8 +15,10 @@ class Table {
 public:
     /// A line of its own, which takes no part in the alignment.
     void addHeading(const QString& text);
-    void addRow(std::initializer_list<QString> texts);
     void addRow(const QStringList& texts);
+    /// A row of many that are made at once; the last of its cells aligns nothing and stands last in
+    /// every row.
+    void addRow(std::initializer_list<QString> texts, const QString& last);
 
     /// One line for each heading and row, each ended by a line feed and without trailing blanks.
     /// Rows are indented by two blanks, cells two blanks apart. A cell far wider than the others
@@ -37,6 +39,7 @@ private:
     void beginRow();
     void addCell(const QString& text);
     void appendRow(QString& text, std::size_t begin, std::size_t end) const;
+    int blanksBehind(std::size_t cell, std::size_t firstOfRow) const;
 
     std::vector<Line> lines;
     std::vector<Cell> cells;

@@ -90,16 +90,7 @@ int displayWidth(const QString& text)
 
 QString padded(const QString& text, int width)
 {
-    QString line = text;
-    appendBlanks(line, width - displayWidth(text));
-    return line;
-}
-
-void appendBlanks(QString& line, int count)
-{
-    if (count > 0) {
-        line.resize(line.size() + count, QLatin1Char(' '));
-    }
+    return text + QString(std::max(0, width - displayWidth(text)), QLatin1Char(' '));
 }
 
 QString elided(const QString& text, int width)

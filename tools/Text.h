@@ -13,8 +13,6 @@ int displayWidth(const QString& text);
 
 /// `text` followed by as many blanks as it lacks to `width`.
 QString padded(const QString& text, int width);
-/// Adds blanks to a line; none for a negative count.
-void appendBlanks(QString& line, int count);
 
 /// `text` cut down to `width` columns, with an ellipsis where something is missing.
 QString elided(const QString& text, int width);

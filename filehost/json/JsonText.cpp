@@ -128,6 +128,10 @@ bool JsonText::says(Span token, QStringView string) const
         return false; // a character takes a byte at least
     }
     const char* byte = quoted.data() + 1;
+    if (length == string.size() && length > 0 &&
+        string[length - 1] != QLatin1Char(byte[length - 1])) {
+        return false; // only plain ASCII is as short as this, and alike names often end differently
+    }
     for (const QChar character : string) {
         if (!isPlain(*byte)) {
             return decodeString(quoted) == string;

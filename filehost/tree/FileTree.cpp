@@ -213,11 +213,14 @@ BaseClassSharedPointer FileTreeNode::find(QStringView url) const
     if (url.isEmpty()) {
         return {};
     }
-    for (auto slash = url.indexOf(QLatin1Char('/')); slash >= 0;
-         slash = url.indexOf(QLatin1Char('/'), slash + 1)) {
-        const BaseClassSharedPointer next = child(url.left(slash));
+    const QLatin1Char slash('/');
+    for (const QChar* at = std::find(url.begin(), url.end(), slash); at != url.end();
+         at = std::find(at + 1, url.end(), slash)) {
+        const auto length = at - url.begin();
+        const BaseClassSharedPointer next = child(url.left(length));
         BaseClassSharedPointer node =
-            next.isNull() ? next : static_cast<const FileTreeNode&>(*next).find(url.mid(slash + 1));
+            next.isNull() ? next
+                          : static_cast<const FileTreeNode&>(*next).find(url.mid(length + 1));
         if (!node.isNull()) {
             return node;
         }
