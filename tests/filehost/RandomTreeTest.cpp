@@ -1,6 +1,8 @@
 #include "Printers.h"
 #include "TestTree.h"
 #include "filehost/json/JsonValue.h"
+#include "filehost/tree/ScalarChanges.h"
+#include "filehost/tree/TreeDiff.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,6 +12,7 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <random>
@@ -291,6 +294,30 @@ void expectRestUntouched(const JsonText& before, const JsonText& after, const Pa
     EXPECT_TRUE(after.bytes().endsWith(behind));
 }
 
+bool isSame(const filehost::LeafChange& left, const filehost::LeafChange& right)
+{
+    return left.instance == right.instance && left.url == right.url &&
+           left.property == right.property && filehost::json::isSame(left.before, right.before) &&
+           filehost::json::isSame(left.after, right.after);
+}
+
+bool isContainer(const QVariant& value)
+{
+    return value.userType() == QMetaType::QVariantList ||
+           value.userType() == QMetaType::QVariantMap;
+}
+
+/// Whether a text has a property of a node, be it null, and no list or map as its value.
+bool hasScalar(const JsonText& text, JsonText::Index node, const QString& key)
+{
+    if (text.kind(node) != JsonText::Kind::Object) {
+        return key == "@value" && text.kind(node) != JsonText::Kind::Null &&
+               !isContainer(text.value(node));
+    }
+    const JsonText::Index member = text.member(node, key);
+    return member != JsonText::none && !isContainer(text.value(member));
+}
+
 constexpr unsigned documents = 4000;
 
 } // namespace
@@ -358,6 +385,50 @@ TEST(RandomTree, holds_all_of_many_writes)
         const QByteArray after = textOf(root);
         ASSERT_TRUE(flattened(after) == expected) << after.toStdString();
     }
+}
+
+TEST(RandomTree, tells_scalar_changes_as_a_comparison_of_both_texts_does)
+{
+    int told = 0;
+    for (unsigned seed = 0; seed < documents; ++seed) {
+        Generator generator(seed + 2 * documents);
+        const QByteArray before = generator.tree();
+        SCOPED_TRACE("seed " + std::to_string(seed) + ": " + before.toStdString());
+        const auto text = readText(before);
+        const auto root = treeOn(before);
+        const bool isMixed = generator.below(3) == 0;
+        bool areScalars = true;
+        for (const auto& [path, index] : nodesOf(*text)) {
+            const auto node = nodeAt(root, path);
+            const QString key = generator.propertyKey();
+            if (!isMixed && !hasScalar(*text, index, key)) {
+                continue;
+            }
+            const QVariant first = node->getDataProperty(key);
+            node->setDataProperty(key, generator.value(0));
+            node->setDataProperty(key, generator.value(isMixed ? 2 : 0));
+            const QVariant last = node->getDataProperty(key);
+            areScalars = areScalars && (filehost::json::isSame(first, last) ||
+                                        (hasScalar(*text, index, key) && !isContainer(last)));
+        }
+
+        const filehost::Instance instance{filehost::Kind::Process, "Oven"};
+        const auto changes =
+            filehost::tree::scalarChanges(instance, *filehost::tree::FileTreeNode::treeOf(root));
+        ASSERT_EQ(changes.has_value(), areScalars);
+        if (!changes) {
+            continue;
+        }
+        const auto after = readText(textOf(root));
+        QList<filehost::LeafChange> expected;
+        filehost::tree::addChanges(instance, text.get(), *after, expected);
+        ASSERT_TRUE(
+            std::equal(changes->begin(), changes->end(), expected.begin(), expected.end(), isSame))
+            << after->bytes().toStdString();
+        ASSERT_EQ(nodesOf(*text), nodesOf(*after));
+        told += expected.isEmpty() ? 0 : 1;
+    }
+    EXPECT_GT(told, static_cast<int>(documents) / 8);
 }
 
 TEST(RandomTree, reads_back_every_double_that_it_wrote)
