@@ -194,8 +194,9 @@ QString changeLines(const QList<LeafChange>& changes, bool color)
             table.addHeading(titleOf(*row.instance));
         }
         last = row.instance;
+        const QString blanks(std::max(0, width - displayWidth(row.before)), QLatin1Char(' '));
         table.addRow({row.place, row.property},
-                     padded(row.before, width) % QStringLiteral(" → ") % row.after);
+                     row.before % blanks % QStringLiteral(" → ") % row.after);
     }
     return table.toText(color);
 }

@@ -27,8 +27,19 @@ bool isSyntaxError(const filehost::Problem& problem)
 bool mayBeJson(QChar first)
 {
     constexpr ushort byteOrderMark = 0xFEFF;
-    return first.isDigit() || first == QChar(byteOrderMark) ||
-           QLatin1String("-\"[{tfn").contains(first);
+    switch (first.unicode()) {
+    case '-':
+    case '"':
+    case '[':
+    case '{':
+    case 't':
+    case 'f':
+    case 'n':
+    case byteOrderMark:
+        return true;
+    default:
+        return first.isDigit();
+    }
 }
 
 /// Whether text can stand without quotes and is still read as itself.

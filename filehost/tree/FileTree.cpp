@@ -6,6 +6,7 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace filehost::tree {
@@ -19,25 +20,25 @@ namespace {
 /// Statuses of a write, as the engine understands them.
 enum Status : int { Changed = 0, Unchanged = 1, Refused = 2 };
 
+constexpr std::size_t usuallyAskedFor = 4;         // children of a node
 constexpr JsonText::Index mostLookedThrough = 256; // values in a node
 
 template <typename Members>
 auto findKey(Members& members, const QString& key)
 {
     return std::find_if(members.begin(), members.end(),
-                        [&](const Member& member) { return member.key == key; });
+                        [&](const auto& member) { return member.key == key; });
 }
 
 void editObject(JsonEdits& edits, const JsonText& text, JsonText::Index object,
-                const std::vector<Member>& changes)
+                const std::vector<FileTree::Written>& changes)
 {
     std::vector<Member> added;
-    for (const Member& change : changes) {
-        const JsonText::Index present = property(text, object, change.key);
-        if (present != JsonText::none) {
-            edits.replace(present, change.value);
+    for (const FileTree::Written& change : changes) {
+        if (change.inText != JsonText::none) {
+            edits.replace(change.inText, change.value);
         } else {
-            added.push_back(change);
+            added.push_back({change.key, change.value});
         }
     }
     if (!added.empty()) {
@@ -47,20 +48,22 @@ void editObject(JsonEdits& edits, const JsonText& text, JsonText::Index object,
 }
 
 /// A short leaf stays short while its value is all it has.
-void editShortLeaf(JsonEdits& edits, JsonText::Index leaf, std::vector<Member> changes)
+void editShortLeaf(JsonEdits& edits, JsonText::Index leaf,
+                   const std::vector<FileTree::Written>& changes)
 {
     const QString valueKey = ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue();
-    bool isShort = changes.size() == 1;
-    const auto value = findKey(changes, valueKey);
-    if (value != changes.end()) {
-        edits.replace(leaf, value->value);
-        isShort = isShort && value->value.userType() != QMetaType::QVariantMap;
-        changes.erase(value);
-    } else {
-        isShort = false;
+    bool isShort = false;
+    std::vector<Member> added;
+    for (const FileTree::Written& change : changes) {
+        if (change.key == valueKey) {
+            edits.replace(leaf, change.value);
+            isShort = changes.size() == 1 && change.value.userType() != QMetaType::QVariantMap;
+        } else {
+            added.push_back({change.key, change.value});
+        }
     }
     if (!isShort) {
-        edits.wrap(leaf, valueKey, changes);
+        edits.wrap(leaf, valueKey, added);
     }
 }
 
@@ -89,14 +92,14 @@ const QVariant* FileTree::written(Index node, const QString& key) const
     return change == atNode->second.end() ? nullptr : &change->value;
 }
 
-void FileTree::write(Index node, const QString& key, const QVariant& value)
+void FileTree::write(Index node, const Written& written)
 {
-    std::vector<Member>& atNode = writtenOver[node];
-    const auto change = findKey(atNode, key);
+    std::vector<Written>& atNode = writtenOver[node];
+    const auto change = findKey(atNode, written.key);
     if (change == atNode.end()) {
-        atNode.push_back({key, value});
+        atNode.push_back(written);
     } else {
-        change->value = value;
+        change->value = written.value;
     }
 }
 
@@ -198,6 +201,7 @@ BaseClassSharedPointer FileTreeNode::child(QStringView name) const
     BaseClassSharedPointer node = handedOut(found);
     if (node.isNull()) {
         node = makeChild(found);
+        singly.reserve(usuallyAskedFor);
         singly.push_back({found, node});
     }
     return node;
@@ -205,7 +209,11 @@ BaseClassSharedPointer FileTreeNode::child(QStringView name) const
 
 BaseClassSharedPointer FileTreeNode::getChildData(const QString& url)
 {
-    return find(url);
+    if (lastFound.isNull() || url != lastUrl) {
+        lastFound = find(url);
+        lastUrl = url;
+    }
+    return lastFound;
 }
 
 BaseClassSharedPointer FileTreeNode::find(QStringView url) const
@@ -233,22 +241,14 @@ bool FileTreeNode::hasChildData(const QString& url)
     return !find(url).isNull();
 }
 
-QVariant FileTreeNode::originalProperty(const QString& key) const
-{
-    const Index found = property(shared->text(), index, key);
-    return found == JsonText::none ? QVariant() : propertyValue(shared->text(), found);
-}
-
-bool FileTreeNode::isInText(const QString& key, const QVariant& value) const
-{
-    const Index found = property(shared->text(), index, key);
-    return found != JsonText::none && shared->text().isValue(found, value);
-}
-
 QVariant FileTreeNode::getDataProperty(const QString& key)
 {
     const QVariant* const written = shared->written(index, key);
-    return written != nullptr ? *written : originalProperty(key);
+    if (written != nullptr) {
+        return *written;
+    }
+    const Index inText = property(shared->text(), index, key);
+    return inText == JsonText::none ? QVariant() : propertyValue(shared->text(), inText);
 }
 
 int FileTreeNode::setDataProperty(const QString& key, const QVariant& value)
@@ -259,14 +259,15 @@ int FileTreeNode::setDataProperty(const QString& key, const QVariant& value)
         return Refused;
     }
     const QVariant* const written = shared->written(index, key);
-    const bool isOriginal = isInText(key, *held);
+    const Index inText = property(shared->text(), index, key);
+    const bool isOriginal = inText != JsonText::none && shared->text().isValue(inText, *held);
     if (written != nullptr ? json::isSame(*held, *written) : isOriginal) {
         return Unchanged;
     }
     if (isOriginal) {
         shared->unwrite(index, key);
     } else {
-        shared->write(index, key, *held);
+        shared->write(index, {key, *held, inText});
     }
     return Changed;
 }

@@ -23,6 +23,13 @@ class UNITFLOW_FILEHOST_EXPORT FileTree {
 public:
     using Index = json::JsonText::Index;
 
+    /// A property that was written and differs from the text.
+    struct Written {
+        QString key;
+        QVariant value;
+        Index inText; ///< its value there; `none` when it has none
+    };
+
     /// `path` is the file that the text came from; empty when it came from none.
     FileTree(std::shared_ptr<const json::JsonText> text, QString path);
 
@@ -38,13 +45,13 @@ public:
     const QVariant* written(Index node, const QString& key) const;
 
     /// Keeps a normalized value over the text.
-    void write(Index node, const QString& key, const QVariant& value);
+    void write(Index node, const Written& written);
 
     /// Forgets what was written, because the text says the same.
     void unwrite(Index node, const QString& key);
 
-    /// What differs from the text, by node; the properties of each in the order written.
-    using Changes = std::map<Index, std::vector<json::Member>>;
+    /// By node; the properties of each in the order written.
+    using Changes = std::map<Index, std::vector<Written>>;
     const Changes& changes() const { return writtenOver; }
 
     /// The text with everything that was written.
@@ -92,8 +99,6 @@ private:
     BaseClassSharedPointer child(QStringView name) const;
     BaseClassSharedPointer handedOut(Index child) const;
     BaseClassSharedPointer makeChild(Index child) const;
-    QVariant originalProperty(const QString& key) const;
-    bool isInText(const QString& key, const QVariant& value) const;
 
     std::shared_ptr<FileTree> shared;
     Index index;
@@ -107,6 +112,10 @@ private:
     // Filled as they are asked for; the text never changes.
     mutable std::vector<Child> singly; ///< a few, as long as not all were asked for
     mutable std::optional<QHash<QString, BaseClassSharedPointer>> childNodes;
+
+    // What was found last: a row of a table often asks for the leaf that the row before asked for.
+    QString lastUrl;
+    BaseClassSharedPointer lastFound;
 };
 
 } // namespace filehost::tree

@@ -12,7 +12,6 @@ namespace {
 
 using Index = json::JsonText::Index;
 using json::JsonText;
-using json::Member;
 
 bool isScalar(const QVariant& value)
 {
@@ -72,18 +71,21 @@ private:
     bool addProperties()
     {
         written.clear();
-        for (const Member& member : next->second) {
-            const Index present = property(text, next->first, member.key);
-            if (present == JsonText::none || !isScalar(text, present) || !isScalar(member.value)) {
+        for (const FileTree::Written& property : next->second) {
+            if (property.inText == JsonText::none || !isScalar(text, property.inText) ||
+                !isScalar(property.value)) {
                 return false;
             }
-            written.emplace_back(present, &member);
+            written.push_back(&property);
         }
-        std::sort(written.begin(), written.end());
+        std::sort(written.begin(), written.end(),
+                  [](const FileTree::Written* left, const FileTree::Written* right) {
+                      return left->inText < right->inText;
+                  });
         const QString ownUrl(url.constData(), url.size()); // the other one is written on
-        for (const auto& [present, member] : written) {
-            changes.append(
-                {instance, ownUrl, member->key, propertyValue(text, present), member->value});
+        for (const FileTree::Written* property : written) {
+            changes.append({instance, ownUrl, property->key, propertyValue(text, property->inText),
+                            property->value});
         }
         return true;
     }
@@ -92,8 +94,8 @@ private:
     const JsonText& text;
     FileTree::Changes::const_iterator next; ///< node to come to
     FileTree::Changes::const_iterator end;
-    QString url;                                          ///< of the node at hand
-    std::vector<std::pair<Index, const Member*>> written; ///< to it; kept for its memory
+    QString url;                                   ///< of the node at hand
+    std::vector<const FileTree::Written*> written; ///< to it; kept for its memory
 };
 
 } // namespace

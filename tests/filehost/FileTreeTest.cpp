@@ -115,6 +115,25 @@ TEST(FileTree, hands_out_the_same_node_for_the_same_url)
     EXPECT_EQ(root->getChildData("A/B"), root->getChildMap()["A"]->getChildData("B"));
 }
 
+TEST(FileTree, hands_out_the_same_nodes_when_there_are_very_many)
+{
+    QByteArray text = "{";
+    for (int number = 0; number < 1000; ++number) {
+        text += '"' + QByteArray::number(number) + "\": {\"A/B\": 1, \"@value\": 2}, ";
+    }
+    const auto root = treeOn(text + R"("@value": 3})");
+    for (int number = 0; number < 1000; ++number) {
+        const QString name = QString::number(number);
+        const auto leaf = root->getChildData(name + "/A/B");
+        ASSERT_FALSE(leaf.isNull());
+        ASSERT_EQ(root->getChildMap()[name]->getChildMap()["A/B"], leaf);
+        ASSERT_EQ(root->getChildData(name + "/A/B"), leaf);
+    }
+    EXPECT_FALSE(root->hasChildData("1000"));
+    EXPECT_FALSE(root->hasChildData("@value"));
+    EXPECT_FALSE(root->hasChildData("1/@value"));
+}
+
 TEST(FileTree, keeps_a_leaf_alive_without_its_root)
 {
     auto root = treeOn(R"({"A": {"B": 1}})");

@@ -2,6 +2,7 @@
 
 #include "Printers.h"
 #include "filehost/Limits.h"
+#include "filehost/json/JsonValue.h"
 
 #include <QVariantList>
 #include <QVariantMap>
@@ -10,6 +11,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 using namespace std::string_literals;
 using filehost::Problem;
@@ -361,6 +363,73 @@ TEST(JsonText, refuses_more_values_than_the_limit)
     ASSERT_EQ(problems.size(), 1);
     EXPECT_EQ(problems.first().code, Code::Size);
     EXPECT_EQ(problems.first().column, 2 + element.size() * (elements - 1));
+}
+
+TEST(JsonText, compares_strings_as_if_they_were_decoded)
+{
+    const std::vector<QByteArray> pieces{"a",
+                                         "b",
+                                         "\\u0061",
+                                         "@",
+                                         "\\u0040",
+                                         "\\\\",
+                                         "\\n",
+                                         "\xC2\xB0",
+                                         "\\u00b0",
+                                         "\xC3\x82",
+                                         "\xEF\xBB\xBF",
+                                         "\\uFEFF",
+                                         "\\u0000",
+                                         "\xF0\x9F\x94\xA5",
+                                         "\\ud83d\\udd25",
+                                         "/",
+                                         "\\/"};
+    std::mt19937 random(20240608); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
+    const auto randomString = [&] {
+        QByteArray spelled;
+        for (auto length = random() % 4; length > 0; --length) {
+            spelled += pieces[random() % pieces.size()];
+        }
+        return '"' + spelled + '"';
+    };
+
+    int equal = 0;
+    for (int round = 0; round < 20000; ++round) {
+        const QByteArray spelled = randomString();
+        const auto text = parse('{' + spelled + ": " + spelled + '}');
+        ASSERT_TRUE(text);
+        const JsonText::Index member = 1;
+        const QString key = text->key(member);
+        const QString other = valueOf(randomString()).toString();
+        for (const QString& string : {key, other, key + 'a', key.chopped(key.isEmpty() ? 0 : 1)}) {
+            const bool isSame = key == string;
+            SCOPED_TRACE(spelled.toStdString() + " and " + string.toStdString());
+            ASSERT_EQ(text->isUnder(member, string), isSame);
+            ASSERT_EQ(text->find(JsonText::root, string) == member, isSame);
+            ASSERT_EQ(text->isValue(member, string), isSame);
+            equal += isSame && string == other ? 1 : 0;
+        }
+        QString url = "x/";
+        text->appendKey(member, url);
+        ASSERT_EQ(url, "x/" + key);
+    }
+    EXPECT_GT(equal, 100);
+}
+
+TEST(JsonText, compares_values_of_other_kinds_by_kind_and_value)
+{
+    const auto text = parse(R"([5, 5.0, "5", true, null, [5], {"a": 5}])");
+    const QVariantList values = text->value(JsonText::root).toList();
+    int at = 0;
+    for (const JsonText::Index index : text->children(JsonText::root)) {
+        for (const QVariant& value : values) {
+            EXPECT_EQ(text->isValue(index, value), filehost::json::isSame(values[at], value));
+        }
+        ++at;
+    }
+    EXPECT_TRUE(text->isValue(1, 5LL));
+    EXPECT_FALSE(text->isValue(1, 5.0));
+    EXPECT_FALSE(text->isValue(1, "5"));
 }
 
 TEST(JsonText, survives_any_change_of_single_bytes)
