@@ -30,9 +30,8 @@ bool fail(QList<Problem>& problems, const File& file, const QString& reason)
 }
 
 /// Asks for a byte more than there is, because that shows the end.
-QByteArray readToEnd(QFile& file)
+QByteArray readToEnd(QFile& file, int size)
 {
-    const auto size = static_cast<int>(file.size());
     QByteArray bytes(size + 1, Qt::Uninitialized);
     const qint64 count = file.read(bytes.data(), bytes.size());
     if (count > size) {
@@ -80,11 +79,12 @@ std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems)
             QStringLiteral("check its permissions"));
         return std::nullopt;
     }
-    if (source.size() > limits::fileSize) {
+    const qint64 size = source.size();
+    if (size > limits::fileSize) {
         problems.append(JsonText::tooLarge(file.shown));
         return std::nullopt;
     }
-    const QByteArray bytes = readToEnd(source);
+    const QByteArray bytes = readToEnd(source, static_cast<int>(size));
     if (source.error() != QFileDevice::NoError) {
         add(problems, Problem::Code::Read, file,
             QStringLiteral("the file cannot be read: %1").arg(source.errorString()),
