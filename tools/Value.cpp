@@ -96,7 +96,7 @@ QString valueText(const QVariant& value)
         return noValue;
     }
     if (value.type() == QVariant::String) {
-        const QString text = value.toString();
+        QString text = value.toString();
         if (meansItself(text)) {
             return text;
         }

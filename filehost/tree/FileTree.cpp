@@ -226,9 +226,10 @@ BaseClassSharedPointer FileTreeNode::find(QStringView url) const
          at = std::find(at + 1, url.end(), slash)) {
         const auto length = at - url.begin();
         const BaseClassSharedPointer next = child(url.left(length));
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast): children are of our kind
+        const auto* const nextNode = static_cast<const FileTreeNode*>(next.data());
         BaseClassSharedPointer node =
-            next.isNull() ? next
-                          : static_cast<const FileTreeNode&>(*next).find(url.mid(length + 1));
+            nextNode == nullptr ? BaseClassSharedPointer() : nextNode->find(url.mid(length + 1));
         if (!node.isNull()) {
             return node;
         }
