@@ -3,13 +3,36 @@
 #include "filehost/Names.h"
 #include "host/PropertyManagerConst.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <dirent.h>
+#include <memory>
 
 namespace filehost {
 
 namespace {
 
 constexpr int mostFolders = 256;
+constexpr int fewFiles = 64;
+
+/// The names of what is no regular file, or may be none; nothing when the folder cannot be read.
+std::optional<QSet<QString>> otherThanFiles(const QString& folder)
+{
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(
+        opendir(QFile::encodeName(folder).constData()), closedir);
+    if (!entries) {
+        return std::nullopt;
+    }
+    QSet<QString> others;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): each call has a folder of its own
+    while (const dirent* entry = readdir(entries.get())) {
+        if (entry->d_type != DT_REG) {
+            others.insert(QFile::decodeName(entry->d_name));
+        }
+    }
+    return others;
+}
 
 } // namespace
 
@@ -27,9 +50,8 @@ std::optional<File> Locator::locate(const Instance& instance, QList<Problem>& pr
         const QString path = base + QLatin1Char('/') + instance.name + QLatin1Char('.') +
                              PropertyManagerConst::getConfigFileExtension();
         const int nameAt = path.lastIndexOf(QLatin1Char('/'));
-        const Folder folder = folderAt(path.left(nameAt));
-        const QFileInfo file(path);
-        if (folder.isInside && !file.isSymLink() && file.isFile()) {
+        Folder& folder = folderAt(path.left(nameAt));
+        if (folder.isInside && isPlainFile(folder, path, nameAt)) {
             return File{folder.canonical + path.midRef(nameAt),
                         shownPath(workspace.directory(), path)};
         }
@@ -41,17 +63,30 @@ std::optional<File> Locator::locate(const Instance& instance, QList<Problem>& pr
                : std::optional<File>({canonicalPath(path), shownPath(workspace.directory(), path)});
 }
 
-Locator::Folder Locator::folderAt(const QString& path)
+Locator::Folder& Locator::folderAt(const QString& path)
 {
-    const auto known = folders.constFind(path);
-    if (known != folders.constEnd()) {
+    const auto known = folders.find(path);
+    if (known != folders.end()) {
         return *known;
     }
     if (folders.size() == mostFolders) {
         folders.clear();
     }
     const QString canonical = canonicalPath(path);
-    return *folders.insert(path, {canonical, isInside(canonicalRoot, canonical)});
+    return *folders.insert(path, {canonical, isInside(canonicalRoot, canonical), 0, std::nullopt});
+}
+
+/// Whether a file is one, and no symbolic link; a missing one may count as such.
+bool Locator::isPlainFile(Folder& folder, const QString& path, int nameAt)
+{
+    if (!folder.others && ++folder.asked == fewFiles) {
+        folder.others = otherThanFiles(folder.canonical);
+    }
+    if (folder.others) {
+        return !folder.others->contains(path.mid(nameAt + 1));
+    }
+    const QFileInfo file(path);
+    return !file.isSymLink() && file.isFile();
 }
 
 } // namespace filehost

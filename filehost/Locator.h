@@ -5,6 +5,7 @@
 #include "filehost/Workspace.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -24,10 +25,15 @@ public:
 private:
     struct Folder {
         QString canonical;
-        bool isInside; ///< the workspace
+        bool isInside = false; ///< the workspace
+        int asked = 0;         ///< for how many files
+        /// Names of what is no regular file, symbolic links for example; known once many files
+        /// were asked for, because a look at each costs more than a list of all.
+        std::optional<QSet<QString>> others;
     };
 
-    Folder folderAt(const QString& path);
+    Folder& folderAt(const QString& path);
+    static bool isPlainFile(Folder& folder, const QString& path, int nameAt);
 
     Workspace workspace;
     QString canonicalRoot;

@@ -578,7 +578,7 @@ void Session::adopt(const QList<ModifiedInstanceItem>& items)
     }
 }
 
-bool Session::readsManifest()
+void Session::readManifestAhead()
 {
     if (!d->manifest) {
         d->manifest.emplace();
@@ -587,6 +587,11 @@ bool Session::readsManifest()
             readManifest(d->workspace.directory(), inFile, d->manifest->whyNot);
         d->manifest->inFile = StoredText(inFile);
     }
+}
+
+bool Session::readsManifest()
+{
+    readManifestAhead();
     d->report(d->manifest->whyNot);
     return d->manifest->isReadable;
 }

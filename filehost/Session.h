@@ -112,6 +112,10 @@ public:
     /// Takes over the modifications of sessions next to this one, as if they were its own.
     void adopt(const QList<ModifiedInstanceItem>& items);
 
+    /// Reads the manifest now instead of when it is first used, for a caller who has to wait
+    /// anyway. Problems are told at its use.
+    void readManifestAhead();
+
     /// The problems met since the last call, by this session or by a host service on its thread.
     QList<Problem> takeProblems();
 

@@ -77,7 +77,7 @@ bool ResolveAll::readLinks(const Workspace& workspace)
     return linksAreSound || !links.isEmpty();
 }
 
-void ResolveAll::runLinks(const Session& session, const Interruption& interruption)
+void ResolveAll::runLinks(Session& session, const Interruption& interruption)
 {
     const auto start = ProgressReport::Clock::now();
     const LinkPlan plan(session.workspace(), links);
@@ -91,6 +91,9 @@ void ResolveAll::runLinks(const Session& session, const Interruption& interrupti
                          QStringLiteral("end other programs, or raise the limit of threads"));
     }
 
+    if (!isDryRun) {
+        session.readManifestAhead(); // while the jobs work
+    }
     ProgressReport progress(console, links.size(), start);
     for (bool isLast = false; !isLast;) {
         const ResultWindow::Batch batch = run.results().take(ProgressReport::interval);

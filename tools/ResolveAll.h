@@ -46,7 +46,7 @@ private:
 
     ExitCode work();
     bool readLinks(const filehost::Workspace& workspace);
-    void runLinks(const filehost::Session& session, const Interruption& interruption);
+    void runLinks(filehost::Session& session, const Interruption& interruption);
     void take(const LinkResult& result);
     void take(const CompletedInstance& instance);
     QString textOf(const QList<filehost::LeafChange>& changes) const;

@@ -67,6 +67,20 @@ TEST_F(Plan, knows_one_file_under_two_names)
         (Units{{0, 1, 2}}));
 }
 
+TEST_F(Plan, knows_one_file_under_two_names_among_many_files)
+{
+    QList<Link> links;
+    for (int number = 0; number < 200; ++number) {
+        links.append(linkBetween("A", QStringLiteral("T%1").arg(number)));
+        write(QStringLiteral("configuration/T%1.json").arg(number), "{}");
+    }
+    ASSERT_TRUE(QFile::link("T7.json", path("configuration/alias.json")));
+    links.append(linkBetween("A", "alias"));
+    const Units units = unitsOf(links);
+    EXPECT_EQ(units.size(), 200U);
+    EXPECT_EQ(units[7], (std::vector<int>{7, 200}));
+}
+
 TEST_F(Plan, has_a_unit_for_each_name_that_is_refused)
 {
     EXPECT_EQ(

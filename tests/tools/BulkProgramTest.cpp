@@ -158,6 +158,10 @@ INSTANTIATE_TEST_SUITE_P(By, InterruptedRun, testing::Values(SIGINT, SIGTERM),
 TEST_F(StalledRun, leaves_whole_files_when_a_second_signal_ends_it)
 {
     start();
+    // More than a pipe holds is to be shown of these, so the run does not end after the first
+    // signal.
+    constexpr int enough = 100;
+    ASSERT_TRUE(waitFor([&] { return isWritten(enough); }));
     interrupt(SIGINT);
     ASSERT_TRUE(waitFor([&] { return !catchesSignals(); }));
     interrupt(SIGINT);
