@@ -14,6 +14,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <iterator>
 
 using Selection = TraversalObserver::Selection;
 
@@ -130,10 +131,11 @@ void DependencyWalker::addWatchedUrl(const QString& url, const QSharedPointer<No
         patternIndex->add(pattern, node);
         return;
     }
-    if (!urlNodeMap.contains(url)) {
+    const auto inserted = urlNodeMap.insert(url, node);
+    const auto earlier = std::next(inserted); // the last one inserted comes first
+    if (earlier == urlNodeMap.end() || earlier.key() != url) {
         urlsInBuildOrder.append(url);
     }
-    urlNodeMap.insert(url, node);
 }
 
 bool DependencyWalker::initDependencyGraphByJsonString(const QString& json)

@@ -7,13 +7,13 @@
 
 namespace internal {
 
-std::vector<Child> sortedChildren(const ConfigurationAndProcessDataBase& node)
+Children sortedChildren(const ConfigurationAndProcessDataBase& node)
 {
     const QHash<QString, BaseClassSharedPointer>& children = node.getChildMap();
-    std::vector<Child> sorted;
-    sorted.reserve(static_cast<std::size_t>(children.size()));
+    Children sorted;
+    sorted.reserve(children.size());
     for (auto child = children.cbegin(); child != children.cend(); ++child) {
-        sorted.emplace_back(child.key(), child.value());
+        sorted.append({child.key(), child.value()});
     }
     std::sort(sorted.begin(), sorted.end(),
               [](const Child& left, const Child& right) { return left.first < right.first; });

@@ -5,8 +5,8 @@
 
 namespace internal {
 
-std::vector<ParameterRow> parameterRows(const BaseClassSharedPointer& description,
-                                        const TableDescription& table)
+ParameterRows parameterRows(const BaseClassSharedPointer& description,
+                            const TableDescription& table)
 {
     if (description.isNull()) {
         return {};
@@ -18,15 +18,15 @@ std::vector<ParameterRow> parameterRows(const BaseClassSharedPointer& descriptio
     }
     const QVariantList content = Array2dDataTypeWrapper(value.toList(), {}).getArrayValueContent();
 
-    std::vector<ParameterRow> rows;
-    rows.reserve(static_cast<std::size_t>(content.size()));
+    ParameterRows rows;
+    rows.reserve(content.size());
     for (const QVariant& row : content) {
         if (!row.canConvert(QMetaType::QVariantList)) {
             continue;
         }
         QVariantList cells = row.toList();
         if (const QList<int>* layout = table.layoutFor(cells.size())) {
-            rows.emplace_back(std::move(cells), *layout);
+            rows.append({std::move(cells), *layout});
         }
     }
     return rows;
