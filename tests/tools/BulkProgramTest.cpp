@@ -157,6 +157,9 @@ INSTANTIATE_TEST_SUITE_P(By, InterruptedRun, testing::Values(SIGINT, SIGTERM),
 
 TEST_F(StalledRun, leaves_whole_files_when_a_second_signal_ends_it)
 {
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer holds signals back while their thread waits for a reader";
+#endif
     start();
     // More than a pipe holds is to be shown of these, so the run does not end after the first
     // signal.
