@@ -70,8 +70,44 @@ std::deque<RegisteredType>& registeredTypes()
 
 ColumnDescription watchedPatternColumn()
 {
-    return {QStringLiteral("pattern"), QStringLiteral("searched in the written URL"),
+    return {QStringLiteral("pattern"),
+            QStringLiteral("a regular expression that is searched in the written URL"),
             CellRole::Pattern};
+}
+
+ColumnDescription patternWithGroupsColumn()
+{
+    return {QStringLiteral("pattern"),
+            QStringLiteral("a regular expression that is searched in the written URL; without a "
+                           "group the row never applies"),
+            CellRole::PatternWithGroups};
+}
+
+ColumnDescription targetUrlByGroupsColumn()
+{
+    return {QStringLiteral("target URL"),
+            QStringLiteral("the leaf of the target that gets the unit; (?<name>) stands for what "
+                           "the group of that name captured"),
+            CellRole::TargetUrlByGroups};
+}
+
+ColumnDescription parameterUrlColumn()
+{
+    return {QStringLiteral("parameter URL"),
+            QStringLiteral("the leaf of the source whose value becomes the unit"),
+            CellRole::SourceUrl};
+}
+
+ColumnDescription unitColumn()
+{
+    return {QStringLiteral("unit"), QStringLiteral("the unit; without one the row does nothing"),
+            CellRole::Unit};
+}
+
+ColumnDescription remarkColumn()
+{
+    return {QStringLiteral("remark"), QStringLiteral("for readers, without effect"),
+            CellRole::Remark};
 }
 
 QString typeName(const std::type_info& type)

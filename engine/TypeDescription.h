@@ -25,7 +25,7 @@ enum class CellRole {
 /// A column of a parameter table.
 struct ColumnDescription {
     QString name;    ///< as in messages and documents: "target URL"
-    QString meaning; ///< one sentence
+    QString meaning; ///< what a cell is, without a full stop
     CellRole role;
 };
 

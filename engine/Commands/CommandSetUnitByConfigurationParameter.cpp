@@ -6,6 +6,7 @@
 #include "internal/CallText.h"
 #include "internal/Observing.h"
 #include "internal/ParameterTable.h"
+#include "internal/Types.h"
 #include "internal/WriteStatus.h"
 
 using Outcome = TraversalObserver::RowOutcome;
@@ -17,12 +18,11 @@ enum Column { ParameterUrl, Extra, TargetUrlTemplate };
 const TableDescription& table()
 {
     static const TableDescription description{
-        {{QStringLiteral("parameter URL"),
-          QStringLiteral("the leaf of the source whose value is the unit"), CellRole::SourceUrl},
-         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark},
+        {internal::parameterUrlColumn(),
+         internal::remarkColumn(),
          {QStringLiteral("target URL"),
-          QStringLiteral("the leaf whose unit is set; %1 and %2 stand for the link's two "
-                         "parameters"),
+          QStringLiteral("the leaf of the target that gets the unit; %1 and %2 stand for the two "
+                         "parameters of a link that has just two"),
           CellRole::TargetUrlTemplate}},
         {{ParameterUrl, Extra, TargetUrlTemplate}}};
     return description;

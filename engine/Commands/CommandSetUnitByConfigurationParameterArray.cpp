@@ -6,6 +6,7 @@
 #include "internal/CallText.h"
 #include "internal/Observing.h"
 #include "internal/ParameterTable.h"
+#include "internal/Types.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 
@@ -24,12 +25,11 @@ enum Column { ParameterUrl, Extra, ArrayTarget };
 const TableDescription& table()
 {
     static const TableDescription description{
-        {{QStringLiteral("parameter URL"),
-          QStringLiteral("the leaf of the source whose value is the unit"), CellRole::SourceUrl},
-         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark},
+        {internal::parameterUrlColumn(),
+         internal::remarkColumn(),
          {QStringLiteral("array target"),
-          QStringLiteral("an array and its column, counted from 0: \"Table[1]\" or "
-                         "\"Table[2+1]\""),
+          QStringLiteral("the array of the target and its column that gets the unit, counted "
+                         "from 0: Table[1], Table[2+1] or Table[4-1]"),
           CellRole::TargetColumn}},
         {{ParameterUrl, ArrayTarget}, {ParameterUrl, Extra, ArrayTarget}}};
     return description;

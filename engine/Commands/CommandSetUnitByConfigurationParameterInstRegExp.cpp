@@ -5,6 +5,7 @@
 #include "internal/CallText.h"
 #include "internal/Observing.h"
 #include "internal/ParameterTable.h"
+#include "internal/Types.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 #include "patterns/PatternList.h"
@@ -18,14 +19,7 @@ enum Column { Pattern, TargetUrlTemplate };
 const TableDescription& table()
 {
     static const TableDescription description{
-        {{QStringLiteral("pattern"),
-          QStringLiteral("searched in the written URL; without a capture group the row never "
-                         "applies"),
-          CellRole::PatternWithGroups},
-         {QStringLiteral("target URL"),
-          QStringLiteral("the leaf whose unit is set; (?<name>) stands for what the group of that "
-                         "name captured"),
-          CellRole::TargetUrlByGroups}},
+        {internal::patternWithGroupsColumn(), internal::targetUrlByGroupsColumn()},
         {{Pattern, TargetUrlTemplate}}};
     return description;
 }
@@ -60,11 +54,12 @@ bool CommandSetUnitByConfigurationParameterRegExp::initCommand(
 
 TypeDescription CommandSetUnitByConfigurationParameterRegExp::typeDescription()
 {
-    return {TypeDescription::Kind::Command,
-            {},
-            QStringLiteral("Sets units to the written value, on leaves whose URLs follow from the "
-                           "written URL."),
-            table()};
+    return {
+        TypeDescription::Kind::Command,
+        {},
+        QStringLiteral("Sets units to the written value; the leaves are named after the written "
+                       "URL."),
+        table()};
 }
 
 BaseClassSharedPointer CommandSetUnitByConfigurationParameterRegExp::getUnitValueAndTargetLeaf(

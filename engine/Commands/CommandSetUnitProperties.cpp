@@ -5,6 +5,7 @@
 #include "internal/CallText.h"
 #include "internal/Observing.h"
 #include "internal/ParameterTable.h"
+#include "internal/Types.h"
 #include "internal/WriteStatus.h"
 
 using Outcome = TraversalObserver::RowOutcome;
@@ -17,11 +18,11 @@ const TableDescription& table()
 {
     static const TableDescription description{
         {{QStringLiteral("target URL"),
-          QStringLiteral("the leaf whose unit is set, below the target and after the link's first "
-                         "parameter"),
+          QStringLiteral("the leaf of the target that gets the unit; the link's first parameter "
+                         "goes in front of it"),
           CellRole::TargetUrl},
-         {QStringLiteral("unit"), QStringLiteral("the unit to set"), CellRole::Unit},
-         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark}},
+         internal::unitColumn(),
+         internal::remarkColumn()},
         {{TargetUrl, Unit}, {TargetUrl, Unit, Extra}},
         false};
     return description;
@@ -61,10 +62,7 @@ bool CommandSetUnitProperties::initCommand(const BaseClassSharedPointer& descrip
 
 TypeDescription CommandSetUnitProperties::typeDescription()
 {
-    return {TypeDescription::Kind::Command,
-            {},
-            QStringLiteral("Sets fixed units on fixed leaves."),
-            table()};
+    return {TypeDescription::Kind::Command, {}, QStringLiteral("Sets fixed units."), table()};
 }
 
 bool CommandSetUnitProperties::executeCommand(

@@ -4,6 +4,7 @@
 #include "internal/CallText.h"
 #include "internal/Observing.h"
 #include "internal/ParameterTable.h"
+#include "internal/Types.h"
 #include "internal/Warning.h"
 #include "internal/WriteStatus.h"
 #include "patterns/PatternList.h"
@@ -17,16 +18,8 @@ enum Column { Pattern, TargetUrl, Unit, Extra };
 const TableDescription& table()
 {
     static const TableDescription description{
-        {{QStringLiteral("pattern"),
-          QStringLiteral("searched in the written URL; without a capture group the row never "
-                         "applies"),
-          CellRole::PatternWithGroups},
-         {QStringLiteral("target URL"),
-          QStringLiteral("the leaf whose unit is set; (?<name>) stands for what the group of that "
-                         "name captured"),
-          CellRole::TargetUrlByGroups},
-         {QStringLiteral("unit"), QStringLiteral("the unit to set"), CellRole::Unit},
-         {QStringLiteral("remark"), QStringLiteral("shown, without effect"), CellRole::Remark}},
+        {internal::patternWithGroupsColumn(), internal::targetUrlByGroupsColumn(),
+         internal::unitColumn(), internal::remarkColumn()},
         {{Pattern, TargetUrl, Unit}, {Pattern, TargetUrl, Unit, Extra}},
         false};
     return description;
@@ -64,7 +57,7 @@ TypeDescription CommandSetUnitPropertiesRegExp::typeDescription()
 {
     return {TypeDescription::Kind::Command,
             {},
-            QStringLiteral("Sets fixed units on leaves whose URLs follow from the written URL."),
+            QStringLiteral("Sets fixed units; the leaves are named after the written URL."),
             table()};
 }
 

@@ -47,7 +47,8 @@ QStringList ConditionValueComparatorRegExp::getConditionUrls() const
 TypeDescription ConditionValueComparatorRegExp::typeDescription()
 {
     TypeDescription type = ConditionValueComparators::typeDescription();
-    type.meaning = QStringLiteral("Holds when the written value compares with a constant.");
+    type.meaning = QStringLiteral("Holds when a pattern finds a match in the written URL and the "
+                                  "written value equals a constant, or differs from one.");
     type.table.columns.first() = internal::watchedPatternColumn();
     return type;
 }

@@ -17,9 +17,9 @@ const TableDescription& table()
     static const TableDescription description{
         {{QStringLiteral("URL"), QStringLiteral("the leaf of the source whose value is compared"),
           CellRole::SourceUrl},
-         {QStringLiteral("comparator"), QStringLiteral("\"==\" or \"!=\""), CellRole::Comparator},
+         {QStringLiteral("comparator"), QStringLiteral("== or !="), CellRole::Comparator},
          {QStringLiteral("constant"),
-          QStringLiteral("what the value is compared with, converted to its type"),
+          QStringLiteral("what the value is compared with, read in the type of the value"),
           CellRole::Constant}},
         {{Url, Comparator, Value}}};
     return description;
@@ -102,10 +102,11 @@ bool ConditionValueComparators::checkCondition(const BaseClassSharedPointer& sou
 
 TypeDescription ConditionValueComparators::typeDescription()
 {
-    return {TypeDescription::Kind::Condition,
-            {},
-            QStringLiteral("Holds when a value of the source compares with a constant."),
-            table()};
+    return {
+        TypeDescription::Kind::Condition,
+        {},
+        QStringLiteral("Holds when a value of the source equals a constant, or differs from one."),
+        table()};
 }
 
 QStringList ConditionValueComparators::getConditionUrls() const

@@ -12,7 +12,8 @@ enum Column { Url };
 const TableDescription& table()
 {
     static const TableDescription description{
-        {{QStringLiteral("URL"), QStringLiteral("a leaf of the source"), CellRole::SourceUrl}},
+        {{QStringLiteral("URL"), QStringLiteral("the leaf of the source that was written"),
+          CellRole::SourceUrl}},
         {{Url}}};
     return description;
 }

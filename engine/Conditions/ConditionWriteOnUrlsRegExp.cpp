@@ -38,7 +38,8 @@ QStringList ConditionWriteOnUrlsRegExp::getConditionUrls() const
 TypeDescription ConditionWriteOnUrlsRegExp::typeDescription()
 {
     TypeDescription type = ConditionWriteOnUrls::typeDescription();
-    type.meaning = QStringLiteral("Holds when a URL was written in which a pattern finds a match.");
+    type.meaning =
+        QStringLiteral("Holds when one of its patterns finds a match in the written URL.");
     type.table.columns.first() = internal::watchedPatternColumn();
     return type;
 }

@@ -100,10 +100,11 @@ bool NodeCommand::traverseNode(const BaseClassSharedPointer& sourceRoot,
 
 TypeDescription NodeCommand::typeDescription()
 {
-    TypeDescription type{TypeDescription::Kind::Node,
-                         {},
-                         QStringLiteral("Runs its commands, then its only successor."),
-                         {}};
+    TypeDescription type{
+        TypeDescription::Kind::Node,
+        {},
+        QStringLiteral("Runs its commands, then the node behind its edge if it has just one."),
+        {}};
     type.runsCommands = true;
     return type;
 }

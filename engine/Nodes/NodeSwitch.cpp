@@ -86,7 +86,7 @@ TypeDescription NodeSwitch::typeDescription()
 {
     TypeDescription type{TypeDescription::Kind::Node,
                          {},
-                         QStringLiteral("Follows each successor whose conditions allow it."),
+                         QStringLiteral("Follows each edge whose conditions allow it."),
                          {}};
     type.asksConditions = true;
     return type;

@@ -20,6 +20,13 @@ std::deque<RegisteredType>& registeredTypes();
 /// The first column of a condition whose rows hold patterns in place of URLs.
 ColumnDescription watchedPatternColumn();
 
+/// Columns that several commands have.
+ColumnDescription patternWithGroupsColumn();
+ColumnDescription targetUrlByGroupsColumn();
+ColumnDescription parameterUrlColumn();
+ColumnDescription unitColumn();
+ColumnDescription remarkColumn();
+
 /// The name under which descriptions know a class of the engine; empty for one of a host.
 QString typeName(const std::type_info& type);
 
