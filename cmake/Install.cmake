@@ -39,6 +39,9 @@ if(TARGET unitflow-program)
                                                       $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 endif()
 
+# What editors check descriptions by.
+install(FILES docs/description.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/unitflow)
+
 install(EXPORT unitflow-targets NAMESPACE Unitflow:: DESTINATION ${package_folder})
 configure_package_config_file(cmake/unitflowConfig.cmake.in unitflowConfig.cmake
                               INSTALL_DESTINATION ${package_folder})

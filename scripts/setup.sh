@@ -3,8 +3,8 @@
 
 # What it takes to build, and what the checks take on top, as Debian and Ubuntu call it.
 # shellcheck disable=SC2034 # used by the scripts
-build_packages='cmake ninja-build g++ git python3 qtbase5-dev libcli11-dev rapidjson-dev
-    libgtest-dev libbenchmark-dev'
+build_packages='cmake ninja-build g++ git python3 python3-jsonschema qtbase5-dev libcli11-dev
+    rapidjson-dev libgtest-dev libbenchmark-dev'
 # shellcheck disable=SC2034
 check_packages='clang-format clang-tidy'
 
@@ -13,10 +13,14 @@ say() {
 }
 
 # Prints those of the packages $@ that are missing. A tool that can be called is not missing,
-# wherever it came from.
+# wherever it came from, nor is what Python can import.
 missing_packages() {
     for package in "$@"; do
         case $package in
+            python3-*)
+                python3 -c "import ${package#python3-}" 2>/dev/null || printf '%s ' "$package"
+                continue
+                ;;
             cmake | git | python3 | clang-format | clang-tidy) tool=$package ;;
             ninja-build) tool=ninja ;;
             g++) tool=c++ ;;
@@ -36,8 +40,8 @@ missing_packages() {
 install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         say 'No apt-get here, so nothing is installed. Needed are CMake 3.22, Ninja, a C++17'
-        say 'compiler, Git, Python 3, Qt 5.15 (Core), CLI11, RapidJSON, GoogleTest and Google'
-        say 'Benchmark; for scripts/check also clang-format and clang-tidy.'
+        say 'compiler, Git, Python 3 with its package jsonschema, Qt 5.15 (Core), CLI11, RapidJSON,'
+        say 'GoogleTest and Google Benchmark; for scripts/check also clang-format and clang-tidy.'
         return
     fi
 

@@ -6,10 +6,12 @@
 #include "tools/InitCommand.h"
 #include "tools/Messages.h"
 #include "tools/ResolveCommand.h"
+#include "tools/SchemaCommand.h"
 #include "tools/SetCommand.h"
 #include "tools/ShowCommand.h"
 #include "tools/SourcesCommand.h"
 #include "tools/Text.h"
+#include "tools/TypesCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <QString>
@@ -47,6 +49,8 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<ResolveCommand>());
     commands.push_back(std::make_unique<ShowCommand>());
     commands.push_back(std::make_unique<SourcesCommand>());
+    commands.push_back(std::make_unique<TypesCommand>());
+    commands.push_back(std::make_unique<SchemaCommand>());
     commands.push_back(std::make_unique<InitCommand>());
     return commands;
 }

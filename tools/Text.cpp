@@ -111,9 +111,9 @@ QString elided(const QString& text, int width)
     return kept + QChar(0x2026);
 }
 
-QString wrapped(const QString& text, int width)
+QString wrapped(const QString& text, int width, int indentation)
 {
-    const QString indentation = QStringLiteral("    ");
+    const QString margin(indentation, QLatin1Char(' '));
     QString lines;
     QString line;
     for (const QString& word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
@@ -121,7 +121,7 @@ QString wrapped(const QString& text, int width)
             lines += line + QLatin1Char('\n');
             line.clear();
         }
-        line += (line.isEmpty() ? indentation : QStringLiteral(" ")) + word;
+        line += (line.isEmpty() ? margin : QStringLiteral(" ")) + word;
     }
     return line.isEmpty() ? lines : lines + line + QLatin1Char('\n');
 }

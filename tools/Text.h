@@ -17,9 +17,9 @@ QString padded(const QString& text, int width);
 /// `text` cut down to `width` columns, with an ellipsis where something is missing.
 QString elided(const QString& text, int width);
 
-/// `text` as lines of at most `width` columns, broken at blanks and indented by four of them. A
+/// `text` as lines of at most `width` columns, broken at blanks and indented by some of them. A
 /// word that is wider gets a line of its own.
-QString wrapped(const QString& text, int width);
+QString wrapped(const QString& text, int width, int indentation = 4);
 
 /// `text` with its control and format characters spelled as JSON spells them, so that a name found
 /// in a file can neither break a line, nor command a terminal, nor pass for another name.

@@ -39,6 +39,8 @@ INSTANTIATE_TEST_SUITE_P(Of, HelpText,
                                          Help{"resolve", {QStringLiteral("resolve")}},
                                          Help{"show", {QStringLiteral("show")}},
                                          Help{"sources", {QStringLiteral("sources")}},
+                                         Help{"types", {QStringLiteral("types")}},
+                                         Help{"schema", {QStringLiteral("schema")}},
                                          Help{"init", {QStringLiteral("init")}}),
                          [](const testing::TestParamInfo<Help>& test) { return test.param.title; });
 

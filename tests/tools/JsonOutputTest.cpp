@@ -227,6 +227,40 @@ TEST_F(JsonOutput, of_show_without_an_instance_has_every_field)
     })")));
 }
 
+TEST_F(JsonOutput, of_types_has_every_field)
+{
+    const Result result = run(asJson(
+        {QStringLiteral("types"), QStringLiteral("CommandSetUnitByConfigurationParameterArray")}));
+    EXPECT_EQ(result.exitCode, 0);
+    QJsonObject document = result.json();
+    QJsonArray types = document[QStringLiteral("types")].toArray();
+    ASSERT_EQ(types.size(), 1);
+    QJsonObject type = types[0].toObject();
+    EXPECT_TRUE(type.take(QStringLiteral("example")).toString().startsWith(QLatin1Char('{')));
+    EXPECT_TRUE(type.take(QStringLiteral("meaning")).toString().endsWith(QLatin1Char('.')));
+    QJsonArray columns;
+    for (const QJsonValue entry : type[QStringLiteral("columns")].toArray()) {
+        QJsonObject column = entry.toObject();
+        EXPECT_FALSE(column.take(QStringLiteral("meaning")).toString().isEmpty());
+        columns.append(column);
+    }
+    type[QStringLiteral("columns")] = columns;
+    types[0] = type;
+    document[QStringLiteral("types")] = types;
+    EXPECT_EQ(shown(document), shown(object(R"({
+        "format": "unitflow/types", "version": 1, "exitCode": 0,
+        "types": [
+            {"name": "CommandSetUnitByConfigurationParameterArray", "kind": "command",
+             "columns": [{"name": "parameter URL", "role": "source-url"},
+                         {"name": "remark", "role": "remark"},
+                         {"name": "array target", "role": "target-column"}],
+             "rows": [{"columns": ["parameter URL", "array target"]},
+                      {"columns": ["parameter URL", "remark", "array target"]}],
+             "shorterRows": "skipped", "longerRows": "skipped"}],
+        "problems": []
+    })")));
+}
+
 TEST_F(JsonOutput, of_init_has_every_field)
 {
     const QTemporaryDir folder;
@@ -345,9 +379,9 @@ TEST(JsonText, is_null_for_what_json_cannot_say)
 /// looked into.
 void addFields(const QJsonValue& value, const QString& path, QSet<QString>& fields)
 {
-    static const QSet<QString> anyValue{QStringLiteral("value"), QStringLiteral("before"),
-                                        QStringLiteral("after"), QStringLiteral("unit"),
-                                        QStringLiteral("parameters")};
+    static const QSet<QString> anyValue{QStringLiteral("value"),      QStringLiteral("before"),
+                                        QStringLiteral("after"),      QStringLiteral("unit"),
+                                        QStringLiteral("parameters"), QStringLiteral("schema")};
     if (value.isArray()) {
         for (const QJsonValue item : value.toArray()) {
             addFields(item, path + QStringLiteral("[]"), fields);
@@ -404,6 +438,8 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         asJson({QStringLiteral("show"), QStringLiteral("recorder")}),
         asJson({QStringLiteral("show")}),
         asJson({QStringLiteral("sources")}),
+        asJson({QStringLiteral("types")}),
+        asJson({QStringLiteral("schema")}),
         asJson({QStringLiteral("init"), folder.filePath(QStringLiteral("line"))})};
 
     QMap<QString, QSet<QString>> found;
@@ -412,7 +448,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         addFields(document, {}, found[document[QStringLiteral("format")].toString()]);
     }
 
-    EXPECT_EQ(found.size(), 6);
+    EXPECT_EQ(found.size(), 8);
     QSet<QString> foundCommon;
     for (auto format = found.begin(); format != found.end(); ++format) {
         QSet<QString> expected = documented.value(format.key());
