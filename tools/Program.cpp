@@ -12,6 +12,7 @@
 #include "tools/SourcesCommand.h"
 #include "tools/Text.h"
 #include "tools/TypesCommand.h"
+#include "tools/WhyCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <QString>
@@ -49,6 +50,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<ResolveCommand>());
     commands.push_back(std::make_unique<ShowCommand>());
     commands.push_back(std::make_unique<SourcesCommand>());
+    commands.push_back(std::make_unique<WhyCommand>());
     commands.push_back(std::make_unique<TypesCommand>());
     commands.push_back(std::make_unique<SchemaCommand>());
     commands.push_back(std::make_unique<InitCommand>());

@@ -381,7 +381,8 @@ void addFields(const QJsonValue& value, const QString& path, QSet<QString>& fiel
 {
     static const QSet<QString> anyValue{QStringLiteral("value"),      QStringLiteral("before"),
                                         QStringLiteral("after"),      QStringLiteral("unit"),
-                                        QStringLiteral("parameters"), QStringLiteral("schema")};
+                                        QStringLiteral("parameters"), QStringLiteral("schema"),
+                                        QStringLiteral("nearest")};
     if (value.isArray()) {
         for (const QJsonValue item : value.toArray()) {
             addFields(item, path + QStringLiteral("[]"), fields);
@@ -438,6 +439,9 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         asJson({QStringLiteral("show"), QStringLiteral("recorder")}),
         asJson({QStringLiteral("show")}),
         asJson({QStringLiteral("sources")}),
+        asJson({QStringLiteral("why"), QStringLiteral("recorder"), QStringLiteral("Log")}),
+        asJson({QStringLiteral("why"), QStringLiteral("display"),
+                QStringLiteral("Oven1/Temperature")}),
         asJson({QStringLiteral("types")}),
         asJson({QStringLiteral("schema")}),
         asJson({QStringLiteral("init"), folder.filePath(QStringLiteral("line"))})};
@@ -448,7 +452,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         addFields(document, {}, found[document[QStringLiteral("format")].toString()]);
     }
 
-    EXPECT_EQ(found.size(), 8);
+    EXPECT_EQ(found.size(), 9);
     QSet<QString> foundCommon;
     for (auto format = found.begin(); format != found.end(); ++format) {
         QSet<QString> expected = documented.value(format.key());
