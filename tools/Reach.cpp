@@ -201,11 +201,11 @@ public:
                                      made[row.column] = {id, row.column, row.unit};
                                  }
                              });
-        LinkRun run;
-        {
+        const auto runObserved = [&] {
             const TraversalObservation observation(observer);
-            run = runner.run(links.at(number), {});
-        }
+            return runner.run(links.at(number), {});
+        };
+        const LinkRun run = runObserved();
         reach.isComplete = reach.isComplete && run.outcome != Outcome::Failed;
         if (!isToInstance) {
             return;

@@ -17,10 +17,10 @@ namespace tools {
 
 /// A row of a command, as it is run for a link.
 struct CommandRowId {
-    int link;          ///< among all links
+    int link = -1;     ///< among all links
     QStringList nodes; ///< from the top-level node down
     QString command;   ///< its type
-    int row;           ///< among those that the command keeps
+    int row = -1;      ///< among those that the command keeps
 };
 
 bool operator==(const CommandRowId& left, const CommandRowId& right);
@@ -45,7 +45,7 @@ struct ReachingRow {
 /// The row that set the unit of the leaf, or of a column, when all was resolved.
 struct Decision {
     CommandRowId row;
-    int column; ///< of an array; -1 for the whole leaf
+    int column = -1; ///< of an array; -1 for the whole leaf
     QVariant unit;
 };
 

@@ -103,7 +103,7 @@ QString unitsText(const ReachingRow& row, const UnitOrigin& origin)
     for (const QVariant& unit : row.units) {
         units.append(valueText(unit));
     }
-    const QString text = units.mid(0, mostUrls).join(QStringLiteral(", "));
+    QString text = units.mid(0, mostUrls).join(QStringLiteral(", "));
     switch (origin.from) {
     case UnitOrigin::From::Row:
         return text;
@@ -236,7 +236,7 @@ bool WhyCommand::findLeaf(Session& session, Console& console)
         return false;
     }
     const BaseClassSharedPointer node = root->getChildData(url);
-    const QList<Leaf> leaves = node ? leavesBelow(node, url) : QList<Leaf>();
+    const QList<Leaf> leaves = !node.isNull() ? leavesBelow(node, url) : QList<Leaf>();
     if (leaves.isEmpty() || leaves.first().url != url) {
         console.report(unknownUrl(session.workspace(), instance, root, url));
         return false;

@@ -29,7 +29,7 @@ private:
     /// Where a row stands, and what is in it.
     struct RowText {
         QString file;
-        filehost::DescriptionPlaces::Place place;
+        filehost::DescriptionPlaces::Place place{};
         QVariantList cells;
     };
 

@@ -48,6 +48,9 @@ build_and_test(${SOURCE}/tests/install/filehost-user filehost_is_usable)
 
 if(EXISTS ${WORK}/prefix/bin/unitflow)
     run(${WORK}/prefix/bin/unitflow --version)
+    if(NOT EXISTS ${WORK}/prefix/share/unitflow/description.schema.json)
+        message(FATAL_ERROR "the schema of descriptions is not installed")
+    endif()
 endif()
 
 # pkg-config finds the moved folder too.

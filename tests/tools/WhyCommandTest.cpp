@@ -1,5 +1,6 @@
 #include "Fixture.h"
 #include "GeneratedWorkspace.h"
+#include "ProgramFixture.h"
 #include "tools/Text.h"
 
 #include <QJsonArray>
@@ -149,6 +150,23 @@ TEST(Why, stays_within_80_columns_but_for_places_and_long_words)
         EXPECT_LE(tools::displayWidth(line), 80) << line.toStdString();
     }
     EXPECT_TRUE(result.out.contains(QStringLiteral("and 6 more"))) << result.out.toStdString();
+}
+
+TEST(Why, names_the_description_whose_row_ends_the_process)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    QByteArray(columnDescription).replace("Log[2-1]", "Log[2]"));
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "recorder", "dependency": "units"}])");
+    const Result result =
+        runProgram(on(workspace, {why, QStringLiteral("recorder"), QStringLiteral("Log")}));
+    EXPECT_EQ(result.exitCode, -1);
+    EXPECT_EQ(result.out, QString());
+    EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: dependency/units.json: ASSERT")))
+        << result.err.toStdString();
+    EXPECT_TRUE(result.err.contains(QStringLiteral("the program ends here")))
+        << result.err.toStdString();
 }
 
 TEST(Why, changes_no_file)
@@ -540,7 +558,7 @@ TEST(WhyAgrees, with_whatever_a_write_sets)
                 const QStringList leaf = changed.key().split(QLatin1Char(' '));
                 const QJsonArray rows =
                     whyJson(workspace, leaf[0], leaf[1])[QStringLiteral("rows")].toArray();
-                EXPECT_TRUE(std::any_of(rows.begin(), rows.end(), [&](const QJsonValue row) {
+                EXPECT_TRUE(std::any_of(rows.begin(), rows.end(), [&](const QJsonValue& row) {
                     return mayFollow(row.toObject(), source, url);
                 })) << changed.key().toStdString();
                 ++followed;
