@@ -518,6 +518,10 @@ TEST(WhyAgrees, with_what_resolving_all_then_does)
                 EXPECT_TRUE(!after.contains(leaf) || !decisions.isEmpty());
                 for (const QJsonValue entry : decisions) {
                     const QJsonObject decision = entry.toObject();
+                    const QJsonValue column = decision[QStringLiteral("arrayColumn")];
+                    EXPECT_EQ(decision[QStringLiteral("unit")],
+                              column.isNull() ? resolved[QStringLiteral("unit")]
+                                              : unitsOf(resolved).toArray()[column.toInt()]);
                     const QJsonObject row =
                         rows[decision[QStringLiteral("row")].toInt(-1)].toObject();
                     EXPECT_TRUE(row[QStringLiteral("units")].toArray().contains(
