@@ -11,7 +11,7 @@ namespace internal {
 
 struct RegisteredType {
     TypeDescription description;
-    std::type_index type;
+    std::type_index type = typeid(void);
 };
 
 /// In the order of their registration; filled while the library is loaded.
