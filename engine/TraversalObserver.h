@@ -106,7 +106,7 @@ public:
         int row;
         RowOutcome outcome;
         QString targetUrl; ///< below the target root, with everything filled in; empty if unknown
-        QVariant unit;     ///< what is written; invalid when it did not come to that
+        QVariant unit;     ///< to be written; invalid when it did not come to that
         int status = -1;   ///< the host's, when it was asked to write
         int column = -1;   ///< of an array
     };
@@ -121,9 +121,9 @@ public:
     /// does nothing in between.
     virtual void nodeEntered(const Node& node);
     virtual void nodeLeft(const Node& node, bool outcome);
-    /// When it is decided whether an edge is followed: before its successor is entered, after its
-    /// conditions were asked. Once for each edge; for one with several conditions that hold once
-    /// for each of these.
+    /// When it is decided whether an edge is followed: before its successor is entered, after the
+    /// condition that decides was asked, all of them if none holds. Once for each edge; for one
+    /// with several conditions that hold once for each of these.
     virtual void edgeDecided(const Edge& edge);
     /// Around each condition that a switch node asks.
     virtual void conditionStarted(const Condition& condition);

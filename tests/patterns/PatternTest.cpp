@@ -4,6 +4,7 @@
 #include "PatternGenerator.h"
 #include "Plain.h"
 #include "Shrink.h"
+#include "TraversalObserver.h"
 
 #include <QtGlobal>
 #include <gtest/gtest.h>
@@ -104,6 +105,38 @@ TEST_F(Patterns, walkers_answer_like_a_plain_loop_over_fresh_expressions)
         ASSERT_EQ(differ(round), false) << "seed " << seed << "; " << report(round);
     }
     EXPECT_GE(pairs, qint64(rounds) * 10'000);
+}
+
+/// Looks whether the pattern by which a node is selected finds a match in the written URL.
+class SelectionCheck final : public TraversalObserver {
+public:
+    void traversalStarted(const QString& url) override { urls.append(url); }
+    void traversalFinished(bool /*outcome*/, bool /*changed*/) override { urls.removeLast(); }
+    void nodeSelected(const SelectedNode& node) override
+    {
+        if (node.selection == Selection::Pattern) {
+            ++selections;
+            EXPECT_TRUE(matcher.findsMatch(node.watched, urls.last()))
+                << patterns::visible(node.watched).toStdString() << " in "
+                << patterns::visible(urls.last()).toStdString();
+        }
+    }
+    int selections = 0;
+
+private:
+    PlainMatcher matcher;
+    QStringList urls; // of the traversals under way
+};
+
+TEST_F(Patterns, an_observer_is_told_the_pattern_that_matches_and_changes_no_answer)
+{
+    SelectionCheck check;
+    const TraversalObservation observed(check);
+    for (std::uint64_t seed = 1; seed <= 10; ++seed) {
+        const Round round = patterns::drawRound(seed);
+        ASSERT_EQ(differ(round), false) << "seed " << seed;
+    }
+    EXPECT_GT(check.selections, 1000);
 }
 
 TEST_F(Patterns, nasty_patterns_are_matched_like_in_a_plain_loop)

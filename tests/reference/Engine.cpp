@@ -109,9 +109,12 @@ QStringList eventsAmong(const QStringList& calls)
     return events;
 }
 
-} // namespace
+struct Run {
+    Outcome outcome; // without the events
+    QStringList calls;
+};
 
-Outcome runEngine(const Scenario& scenario)
+Run run(const Scenario& scenario)
 {
     Host host;
     const RecordedMessages messages;
@@ -151,8 +154,21 @@ Outcome runEngine(const Scenario& scenario)
         outcome.results.append(resolver.resolveDependency(
             "from", "to", "name", outcome.changed, isProcess, urls, parameters, manipulator));
     }
-    outcome.events = eventsAmong(host.takeCalls());
-    return outcome;
+    return {outcome, host.takeCalls()};
+}
+
+} // namespace
+
+Outcome runEngine(const Scenario& scenario)
+{
+    Run done = run(scenario);
+    done.outcome.events = eventsAmong(done.calls);
+    return done.outcome;
+}
+
+QStringList hostCalls(const Scenario& scenario)
+{
+    return run(scenario).calls;
 }
 
 } // namespace reference

@@ -1,5 +1,6 @@
 #include "Engine.h"
 #include "Shrink.h"
+#include "TraversalObserver.h"
 #include "Twin.h"
 
 #include <QJsonDocument>
@@ -120,6 +121,30 @@ TEST(Reference, a_difference_shrinks_to_what_shows_it)
     EXPECT_EQ(leastDifference(least, rule), least) << "nothing more can be left out";
     EXPECT_LT(QJsonDocument(least).toJson(QJsonDocument::Compact).size() * 5,
               QJsonDocument(scenario).toJson(QJsonDocument::Compact).size());
+}
+
+/// Looks at the end of each traversal alone.
+class Counter final : public TraversalObserver {
+public:
+    void traversalFinished(bool /*outcome*/, bool /*changed*/) override { ++traversals; }
+    int traversals = 0;
+};
+
+TEST(Reference, an_observer_changes_neither_results_nor_writes_nor_any_call_of_the_host)
+{
+    Counter counter;
+    for (std::uint64_t seed = 1; seed <= 1000; ++seed) {
+        const Scenario scenario = reference::generate(seed);
+        if (Evaluator().evaluate(scenario).fatal) {
+            continue;
+        }
+        const Outcome alone = reference::runEngine(scenario);
+        const QStringList callsAlone = reference::hostCalls(scenario);
+        const TraversalObservation observed(counter);
+        ASSERT_TRUE(reference::runEngine(scenario) == alone) << "seed " << seed;
+        ASSERT_EQ(reference::hostCalls(scenario), callsAlone) << "seed " << seed;
+    }
+    EXPECT_GT(counter.traversals, 1000);
 }
 
 TEST(Reference, a_seed_draws_the_same_scenario_again)
