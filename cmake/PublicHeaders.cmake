@@ -47,6 +47,9 @@ set(UNITFLOW_HOST_HEADERS
 
 set(UNITFLOW_HOSTKIT_HEADERS hostkit/Adapter.h hostkit/Check.h hostkit/Run.h)
 
+set(UNITFLOW_TRACE_HEADERS trace/Event.h trace/EventObserver.h trace/NdjsonTraceWriter.h
+                           trace/TraceReader.h)
+
 set(UNITFLOW_FILEHOST_HEADERS
     filehost/Export.h
     filehost/FileDependencyResolver.h

@@ -5,6 +5,8 @@ file(GLOB_RECURSE engine RELATIVE ${SOURCE}/engine ${SOURCE}/engine/*.h)
 list(FILTER engine EXCLUDE REGEX "^(internal|patterns)/")
 file(GLOB hostkit RELATIVE ${SOURCE} ${SOURCE}/hostkit/*.h)
 
+file(GLOB trace RELATIVE ${SOURCE} ${SOURCE}/trace/*.h)
+
 function(compare name listed found)
     list(SORT listed)
     list(SORT found)
@@ -16,3 +18,4 @@ endfunction()
 
 compare("the engine" "${UNITFLOW_ENGINE_HEADERS};${UNITFLOW_HOST_HEADERS}" "${engine}")
 compare("the host kit" "${UNITFLOW_HOSTKIT_HEADERS}" "${hostkit}")
+compare("the traces" "${UNITFLOW_TRACE_HEADERS}" "${trace}")

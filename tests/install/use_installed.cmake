@@ -44,7 +44,7 @@ run(${CMAKE_COMMAND} --install ${BUILD} --config "${CONFIG}" --prefix ${WORK}/el
 file(RENAME ${WORK}/elsewhere ${WORK}/prefix)
 
 build_and_test(${SOURCE}/examples/embed embed.units_follow embed-checks.keys.of_properties_differ)
-build_and_test(${SOURCE}/tests/install/filehost-user filehost_is_usable)
+build_and_test(${SOURCE}/tests/install/filehost-user filehost_is_usable trace_is_usable)
 
 if(EXISTS ${WORK}/prefix/bin/unitflow)
     run(${WORK}/prefix/bin/unitflow --version)
