@@ -116,9 +116,14 @@ void Console::stream(JsonDocument& document)
 {
     const QString text = document.take();
     if (!text.isEmpty()) {
-        clearStatus();
-        send(streams.out, text);
+        stream(text);
     }
+}
+
+void Console::stream(const QString& lines)
+{
+    clearStatus();
+    send(streams.out, lines);
 }
 
 void Console::note(const QString& line)

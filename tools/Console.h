@@ -46,6 +46,8 @@ public:
     void write(JsonDocument& document, ExitCode exitCode);
     /// Writes what a document has so far.
     void stream(JsonDocument& document);
+    /// Data for programs that is no document, in whole lines.
+    void stream(const QString& lines);
     /// What happens meanwhile, one line. Nothing with --quiet.
     void note(const QString& line);
 

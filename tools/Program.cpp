@@ -3,6 +3,7 @@
 #include "filehost/NearestNames.h"
 #include "tools/Command.h"
 #include "tools/Console.h"
+#include "tools/ExplainCommand.h"
 #include "tools/InitCommand.h"
 #include "tools/Messages.h"
 #include "tools/ResolveCommand.h"
@@ -47,6 +48,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
 {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<SetCommand>());
+    commands.push_back(std::make_unique<ExplainCommand>());
     commands.push_back(std::make_unique<ResolveCommand>());
     commands.push_back(std::make_unique<ShowCommand>());
     commands.push_back(std::make_unique<SourcesCommand>());

@@ -1,11 +1,8 @@
 #include "tools/SetCommand.h"
 
-#include "filehost/FileDependencyResolver.h"
-#include "host/ConfigurationAndProcessDataDefinitions.h"
 #include "tools/Access.h"
 #include "tools/Console.h"
 #include "tools/Json.h"
-#include "tools/Leaves.h"
 #include "tools/Manifest.h"
 #include "tools/Text.h"
 #include "tools/Value.h"
@@ -33,17 +30,6 @@ Examples:
   unitflow set controller Settings/Offset -5 --dry-run
   unitflow set controller Settings/Serial 0815 --string
   unitflow set controller Settings/Note -- "-- none --")";
-
-Problem notALeaf(const QString& file, const BaseClassSharedPointer& node, const QString& url)
-{
-    const QString nearest = nearestNamesText(url, urlsOf(leavesBelow(node, url)));
-    return {Problem::Code::Shape,
-            file,
-            0,
-            0,
-            QStringLiteral("%1 is no leaf: it has no value, only children").arg(quoted(url)),
-            nearest};
-}
 
 } // namespace
 
@@ -93,13 +79,13 @@ ExitCode SetCommand::work(Console& console)
     }
 
     Session session(*workspace, isDryRun ? Session::Access::Read : Session::Access::Write);
-    if (!beginSession(session, console) || !writeValue(*workspace, session, console)) {
+    if (!beginSession(session, console) || !storeWrite(session, write, console)) {
         return ExitCode::Failed;
     }
 
     runLinks(session, links, console);
-    warnIfNotFlagged(*workspace, instance.name, runs.size(), console);
-    changes = keepChanges(session, isDryRun, console, instance);
+    warnIfNotFlagged(*workspace, write.instance.name, runs.size(), console);
+    changes = keepChanges(session, isDryRun, console, write.instance);
     isDone = changes.allKept;
     if (!changes.allKept) {
         return ExitCode::Failed;
@@ -110,63 +96,22 @@ ExitCode SetCommand::work(Console& console)
 
 bool SetCommand::readArguments(Console& console)
 {
-    instance = {isProcess ? Kind::Process : Kind::Configuration,
-                QString::fromStdString(instanceArgument)};
-    url = QString::fromStdString(urlArgument);
+    write.instance = {isProcess ? Kind::Process : Kind::Configuration,
+                      QString::fromStdString(instanceArgument)};
+    write.url = QString::fromStdString(urlArgument);
 
     QList<Problem> problems;
     const QString text = QString::fromStdString(valueArgument);
-    value = isText ? QVariant(text) : parseValue(text, problems);
+    write.value = isText ? QVariant(text) : parseValue(text, problems);
     console.report(problems);
-    return value.isValid();
-}
-
-bool SetCommand::writeValue(const Workspace& workspace, Session& session, Console& console)
-{
-    const QString file = fileOf(workspace, instance);
-    const BaseClassSharedPointer root = loadInstance(session, instance, console);
-    if (!root) {
-        return false;
-    }
-
-    const BaseClassSharedPointer leaf = root->getChildData(url);
-    if (!leaf) {
-        console.report(unknownUrl(workspace, instance, root, url));
-        return false;
-    }
-    if (!isLeaf(leaf)) {
-        console.report(notALeaf(file, leaf, url));
-        return false;
-    }
-
-    const int status = leaf->setDataProperty(
-        ConfigurationAndProcessDataDefinitions::getKeyDataPropertyValue(), value);
-    if (status != 0 && status != 1) {
-        console.report(Problem{
-            Problem::Code::Write, file, 0, 0,
-            QStringLiteral("%1 cannot have the value %2")
-                .arg(quoted(url), elided(valueText(value), 40)),
-            QStringLiteral("write a value with fewer lists and objects inside one another")});
-        return false;
-    }
-
-    const bool stored = session.store(instance, root, filehost::FileDependencyResolver::origin(),
-                                      workspace.directory());
-    console.report(session.takeProblems());
-    return stored;
+    return write.value.isValid();
 }
 
 void SetCommand::runLinks(Session& session, const QList<Link>& links, Console& console)
 {
-    if (instance.kind == Kind::Process) {
-        return;
-    }
-
     LinkRunner runner(session, console);
-    for (const Link& link : links) {
-        if (link.source == instance.name) {
-            runs.append(runner.run(link, {url}));
-        }
+    for (const Link& link : linksOf(write, links)) {
+        runs.append(runner.run(link, {write.url}));
     }
 }
 
@@ -178,30 +123,13 @@ void SetCommand::showText(Console& console) const
     }
 
     if (changes.list.isEmpty()) {
-        console.show(
-            QStringLiteral("Nothing changed: %1 has this value already.\n").arg(printable(url)));
+        console.show(QStringLiteral("Nothing changed: %1 has this value already.\n")
+                         .arg(printable(write.url)));
     }
-    console.show(linksNote());
+    console.show(nothingFollows(write, runs));
     if (isDryRun) {
         console.show(QStringLiteral("Dry run: nothing was written.\n"));
     }
-}
-
-/// Why nothing follows the write; empty when something does, or failed to.
-QString SetCommand::linksNote() const
-{
-    if (instance.kind == Kind::Process) {
-        return QStringLiteral("Nothing follows: links start at configurations only.\n");
-    }
-    if (runs.isEmpty()) {
-        return QStringLiteral("Nothing follows: no link starts at %1.\n")
-            .arg(printable(instance.name));
-    }
-    if (withOutcome(runs, Outcome::Unresolved).size() == runs.size()) {
-        return QStringLiteral("Nothing follows: no link of %1 answers a write to %2.\n")
-            .arg(printable(instance.name), printable(url));
-    }
-    return {};
 }
 
 void SetCommand::writeDocument(Console& console, ExitCode exitCode) const
@@ -211,7 +139,7 @@ void SetCommand::writeDocument(Console& console, ExitCode exitCode) const
     json.add(QStringLiteral("instance"), QString::fromStdString(instanceArgument));
     json.add(QStringLiteral("process"), isProcess);
     json.add(QStringLiteral("url"), QString::fromStdString(urlArgument));
-    json.add(QStringLiteral("value"), value);
+    json.add(QStringLiteral("value"), write.value);
     addChanges(json, changes.list);
     addRuns(json, runs);
     console.write(json, exitCode);

@@ -5,11 +5,9 @@
 #include "filehost/Workspace.h"
 #include "tools/Changes.h"
 #include "tools/Command.h"
-#include "tools/Links.h"
+#include "tools/SourceWrite.h"
 
 #include <QList>
-#include <QString>
-#include <QVariant>
 
 #include <string>
 
@@ -26,12 +24,9 @@ public:
 private:
     ExitCode work(Console& console);
     bool readArguments(Console& console);
-    bool writeValue(const filehost::Workspace& workspace, filehost::Session& session,
-                    Console& console);
     void runLinks(filehost::Session& session, const QList<filehost::Link>& links, Console& console);
 
     void showText(Console& console) const;
-    QString linksNote() const;
     void writeDocument(Console& console, ExitCode exitCode) const;
 
     // as given
@@ -42,10 +37,7 @@ private:
     bool isDryRun = false;
     bool isText = false;
 
-    // as understood
-    filehost::Instance instance{filehost::Kind::Configuration, {}};
-    QString url;
-    QVariant value;
+    SourceWrite write; ///< as understood
 
     // what came of it
     QList<LinkRun> runs;

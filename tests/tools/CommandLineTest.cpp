@@ -36,6 +36,7 @@ TEST_P(HelpText, is_data_with_examples_within_80_columns)
 
 INSTANTIATE_TEST_SUITE_P(Of, HelpText,
                          testing::Values(Help{"program", {}}, Help{"set", {QStringLiteral("set")}},
+                                         Help{"explain", {QStringLiteral("explain")}},
                                          Help{"resolve", {QStringLiteral("resolve")}},
                                          Help{"show", {QStringLiteral("show")}},
                                          Help{"sources", {QStringLiteral("sources")}},

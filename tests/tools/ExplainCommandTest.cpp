@@ -1,0 +1,436 @@
+#include "Fixture.h"
+#include "GeneratedWorkspace.h"
+#include "trace/TraceReader.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace {
+
+const QString controller = QStringLiteral("controller");
+const QString temperatureUnit = QStringLiteral("Settings/TemperatureUnit");
+const QString fahrenheit = QStringLiteral("°F");
+
+QStringList explain(const QStringList& arguments)
+{
+    return QStringList{QStringLiteral("explain")} + arguments;
+}
+
+QStringList explainUnit(const QStringList& options = {})
+{
+    return explain(QStringList{controller, temperatureUnit, fahrenheit} + options);
+}
+
+/// A workspace whose description has about everything that can be wrong with one.
+void writeOddDescription(const TestWorkspace& workspace)
+{
+    workspace.write(QStringLiteral("dependency/units.json"), R"-({
+    "A": {
+        "Type": "SwitchNode",
+        "Next": {
+            "Compared": {
+                "Type": "CommandNode",
+                "ConditionValueComparator": [
+                    ["Settings/Mode", "==", "manual"],
+                    ["Settings/Mode"],
+                    ["Settings/Offset", "=", 2],
+                    ["Settings/Missing", "==", 1]
+                ],
+                "ConditionValueComparatorRegExp": [
+                    ["^Settings/TemperatureUnit$", "==", "K"],
+                    ["^Zones/", "==", "K"],
+                    ["(", "==", "K"]
+                ]
+            },
+            "Nowhere": { "Type": "SwitchNod" },
+            "Twice": {
+                "Type": "CommandNode",
+                "ConditionWriteOnUrls": [["Settings/Other"], ["Settings/TemperatureUnit"]],
+                "ConditionWriteOnUrlsRegExp": [["TemperatureUnit$"]],
+                "Commands": {
+                    "CommandSetUnitByConfigurationParameter": [
+                        ["Settings/TemperatureUnit", "", "Oven1/Temperature"],
+                        ["Settings/TemperatureUnit", "", "Oven1/Missing"],
+                        ["", "", "Oven1/Pressure"],
+                        ["Settings/Nothing", "", "Oven1/Pressure"],
+                        ["Settings/TemperatureUnit", "Oven1/Pressure"]
+                    ],
+                    "CommandSetUnitByConfigurationParameterArray": [
+                        ["Settings/TemperatureUnit", "Log"],
+                        ["Settings/TemperatureUnit", "Log[x]"],
+                        ["Settings/TemperatureUnit", "Brightness[0]"]
+                    ],
+                    "CommandSetUnitPropertiesRegExp": [
+                        ["^Settings/(?<name>.+)Unit$", "Oven1/(?<name>)", "K"],
+                        ["^Zones/(.+)$", "Oven1/Pressure", "K"],
+                        ["Unit", "Oven1/Pressure", "K"],
+                        ["(", "Oven1/Pressure", "K"]
+                    ]
+                },
+                "Next":
+{
+    "One" : {"Type" : "CommandNode"}, "Two":
+    {
+        "Type" : "CommandNode"
+    }
+}
+}
+}
+}
+, "Always" : {
+    "Type" : "CommandNode",
+    "Commands" : {"CommandSetUnitProperties" : [ [ "Brightness", "%" ], [ "Brightness", "" ] ]}
+},
+             "Near":
+{
+    "Type" : "SwitchNode", "Next":
+    {
+        "N":
+        {
+            "Type" : "CommandNode",
+                     "ConditionWriteOnUrls"
+                : [ ["Setings/TemperatureUnit"], ["Settings/PressureUnit"] ],
+                  "ConditionWriteOnUrlsRegExp"
+                : [ ["^settings/temp"], ["^TemperatureUnit$"], ["^Zones"] ]
+        }
+    }
+}
+}
+)-");
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{ "source": "controller", "target": "display", "dependency": "units" }])");
+}
+
+TEST(Explain, shows_the_decisive_path_with_places_and_what_would_change)
+{
+    const TestWorkspace workspace;
+    const Result result = run(workspace, explainUnit());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, QString());
+    expectGolden(QStringLiteral("explain"), result.out);
+}
+
+TEST(Explain, writes_nothing)
+{
+    const TestWorkspace workspace;
+    const QMap<QString, QByteArray> files = workspace.files();
+    const QMap<QString, qint64> times = workspace.times();
+    run(workspace, explainUnit());
+    run(workspace, explainUnit({QStringLiteral("--json")}));
+    EXPECT_EQ(workspace.files(), files);
+    EXPECT_EQ(workspace.times(), times);
+}
+
+TEST(Explain, says_why_what_did_not_happen_did_not)
+{
+    const TestWorkspace workspace;
+    writeOddDescription(workspace);
+    const Result result = run(workspace, explainUnit());
+    EXPECT_EQ(result.exitCode, 0);
+    expectGolden(QStringLiteral("explain-odd"), result.out);
+}
+
+TEST(Explain, shows_every_step_with_all)
+{
+    const TestWorkspace workspace;
+    writeOddDescription(workspace);
+    expectGolden(QStringLiteral("explain-odd-all"),
+                 run(workspace, explainUnit({QStringLiteral("--all")})).out);
+}
+
+TEST(Explain, takes_the_value_that_is_there_when_none_is_given)
+{
+    const TestWorkspace workspace;
+    const Result given =
+        run(workspace, explain({controller, temperatureUnit, QStringLiteral("°C")}));
+    const Result kept = run(workspace, explain({controller, temperatureUnit}));
+    EXPECT_EQ(kept.exitCode, 0);
+    EXPECT_EQ(kept.out, given.out);
+    EXPECT_TRUE(kept.out.contains(QStringLiteral("Nothing would change.\n")));
+}
+
+TEST(Explain, counts_the_links_that_have_nothing_to_tell)
+{
+    const TestWorkspace workspace;
+    const Result result = run(workspace, explain({controller, QStringLiteral("Settings/Mode")}));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, QStringLiteral("2 links do not watch Settings/Mode; --all shows them.\n"
+                                         "\n"
+                                         "Nothing would change.\n"
+                                         "Nothing follows: no link of controller answers a write "
+                                         "to Settings/Mode.\n"
+                                         "Dry run: nothing was written.\n"));
+}
+
+TEST(Explain, says_that_no_link_starts_there)
+{
+    const TestWorkspace workspace;
+    EXPECT_EQ(run(workspace, explain({QStringLiteral("display"), QStringLiteral("Brightness"),
+                                      QStringLiteral("5")}))
+                  .out,
+              QStringLiteral("display\n"
+                             "  Brightness  value  80 → 5\n"
+                             "1 leaf changed in 1 instance.\n"
+                             "Nothing follows: no link starts at display.\n"
+                             "Dry run: nothing was written.\n"));
+}
+
+TEST(Explain, shows_what_a_link_fails_for_and_runs_the_others)
+{
+    const TestWorkspace workspace;
+    workspace.remove(QStringLiteral("process/baking.json"));
+    const Result result = run(workspace, explainUnit());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.contains(QStringLiteral("process/baking.json")));
+    EXPECT_TRUE(result.out.contains(QStringLiteral("sets Oven1/Temperature to °F")));
+    EXPECT_TRUE(result.out.contains(QStringLiteral("  fails: what it needs cannot be had")));
+}
+
+TEST(Explain, is_refused_like_a_write_when_there_is_no_such_leaf)
+{
+    const TestWorkspace workspace;
+    const QStringList wrong{controller, QStringLiteral("Settings/Temperature"), fahrenheit};
+    const Result explained = run(workspace, explain(wrong));
+    const Result written = run(workspace, QStringList{QStringLiteral("set")} + wrong);
+    EXPECT_EQ(explained.exitCode, 2);
+    EXPECT_EQ(explained.out, QString());
+    EXPECT_EQ(explained.err, written.err);
+}
+
+TEST(Explain, wants_a_write_or_a_trace_and_not_both)
+{
+    const TestWorkspace workspace;
+    const Result neither = run(workspace, explain({}));
+    EXPECT_EQ(neither.exitCode, 2);
+    EXPECT_EQ(neither.err, QStringLiteral("error: INSTANCE and URL are missing\n"
+                                          "    \"unitflow explain --help\" shows how\n"));
+    const Result half = run(workspace, explain({controller}));
+    EXPECT_EQ(half.exitCode, 2);
+    EXPECT_EQ(half.err, neither.err);
+    const Result both =
+        run(workspace, explainUnit({QStringLiteral("--trace"), QStringLiteral("file")}));
+    EXPECT_EQ(both.exitCode, 2);
+    EXPECT_EQ(both.err, QStringLiteral("error: --trace takes no write\n"
+                                       "    \"unitflow explain --help\" shows how\n"));
+}
+
+TEST(Explain, takes_an_empty_value_as_one)
+{
+    const TestWorkspace workspace;
+    const Result result =
+        run(workspace, explain({controller, QStringLiteral("Settings/Mode"), QString()}));
+    EXPECT_TRUE(result.out.contains(QStringLiteral("Settings/Mode  value  automatic → \"\"")))
+        << result.out.toStdString();
+}
+
+TEST(Explain, has_the_lines_of_the_trace_format_with_json)
+{
+    const TestWorkspace workspace;
+    const Result result = run(workspace, explainUnit({QStringLiteral("--json")}));
+    EXPECT_EQ(result.exitCode, 0);
+    expectGolden(QStringLiteral("explain-json"), result.out);
+    EXPECT_TRUE(trace::readTrace(result.out.toUtf8()).errors.isEmpty());
+}
+
+TEST(ExplainTrace, shows_the_events_of_a_file_without_any_workspace)
+{
+    const TestWorkspace workspace;
+    writeOddDescription(workspace);
+    workspace.write(QStringLiteral("trace.ndjson"),
+                    run(workspace, explainUnit({QStringLiteral("--json")})).out.toUtf8());
+    const Result result = run({QStringLiteral("explain"), QStringLiteral("--trace"),
+                               workspace.path(QStringLiteral("trace.ndjson")), QStringLiteral("-C"),
+                               QStringLiteral("nowhere")});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, QString());
+    expectGolden(QStringLiteral("explain-trace"), result.out);
+}
+
+TEST(ExplainTrace, writes_the_same_lines_again_with_json)
+{
+    const TestWorkspace workspace;
+    const Result result = run(workspace, explainUnit({QStringLiteral("--json")}));
+    workspace.write(QStringLiteral("trace.ndjson"), result.out.toUtf8());
+    EXPECT_EQ(run(explain({QStringLiteral("--json"), QStringLiteral("--trace"),
+                           workspace.path(QStringLiteral("trace.ndjson"))}))
+                  .out,
+              result.out);
+}
+
+TEST(ExplainTrace, names_the_line_of_what_is_no_event_and_shows_the_rest)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("trace.ndjson"),
+                    R"({"format":"unitflow/trace","version":1}
+{"event":"traversal-started","url":"s"}
+{"event":"nothing"}
+{"event":"node-selected","name":"Top","selection":"unconditional","watched":""}
+{"event":"node-entered","name":"Top","type":"CommandNode"}
+)");
+    const QString file = workspace.path(QStringLiteral("trace.ndjson"));
+    const Result result = run(explain({QStringLiteral("--trace"), file}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err,
+              QStringLiteral("error: %1:3:1: there is no event \"nothing\"\n").arg(file));
+    EXPECT_EQ(result.out, QStringLiteral("(no link is named)\n"
+                                         "  Top always runs: it watches nothing\n"
+                                         "    does nothing: it has no command and no edge\n"
+                                         "  no node watches the URL\n"));
+}
+
+TEST(ExplainTrace, of_a_file_that_is_no_trace_is_an_error)
+{
+    const TestWorkspace workspace;
+    const QString file = workspace.path(QStringLiteral("links.json"));
+    const Result result = run(explain({QStringLiteral("--trace"), file}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, QString());
+    EXPECT_TRUE(result.err.startsWith(QStringLiteral("error: %1:1:1: ").arg(file)));
+    EXPECT_EQ(run(explain({QStringLiteral("--trace"), QStringLiteral("missing")})).exitCode, 2);
+}
+
+// --- what explain says, and what set then does
+
+using Units = std::map<QString, QString>; // by "instance url" and, of an array, its column
+
+QString titleOf(const QJsonObject& entry, const QString& instance)
+{
+    return entry.value(instance).toString() + (entry.value(QStringLiteral("process")).toBool()
+                                                   ? QStringLiteral(" (process) ")
+                                                   : QStringLiteral(" "));
+}
+
+/// The units that the changed leaves have at the end, as the changes of a run tell them.
+Units unitsSet(const QJsonObject& document)
+{
+    Units units;
+    for (const QJsonValue value : document.value(QStringLiteral("changes")).toArray()) {
+        const QJsonObject change = value.toObject();
+        const QString leaf = titleOf(change, QStringLiteral("instance")) +
+                             change.value(QStringLiteral("url")).toString();
+        const QString property = change.value(QStringLiteral("property")).toString();
+        if (property == QStringLiteral("@unitType")) {
+            units[leaf] = change.value(QStringLiteral("after")).toString();
+        }
+        for (const QJsonValue column : change.value(QStringLiteral("columns")).toArray()) {
+            const QJsonObject entry = column.toObject();
+            units[leaf + QStringLiteral("[%1]").arg(entry.value(QStringLiteral("index")).toInt())] =
+                entry.value(QStringLiteral("after")).toString();
+        }
+    }
+    return units;
+}
+
+/// The same, as the events of a trace tell them: what the last write to each leaf left there.
+Units unitsTold(const Result& explained)
+{
+    Units units;
+    QString target;
+    for (const QByteArray& line : explained.out.toUtf8().split('\n')) {
+        const QJsonObject event = QJsonDocument::fromJson(line).object();
+        if (event.value(QStringLiteral("event")) == QStringLiteral("link")) {
+            target = titleOf(event, QStringLiteral("target"));
+        }
+        if (event.value(QStringLiteral("outcome")) == QStringLiteral("changed")) {
+            QString leaf = target + event.value(QStringLiteral("target")).toString();
+            if (event.contains(QStringLiteral("column"))) {
+                leaf += QStringLiteral("[%1]").arg(event.value(QStringLiteral("column")).toInt());
+            }
+            units[leaf] = event.value(QStringLiteral("unit")).toString();
+        }
+    }
+    return units;
+}
+
+/// Those of `told` that were no other before: a leaf may be changed and changed back.
+Units withoutChangedBack(Units told, const Units& before)
+{
+    for (const auto& [leaf, unit] : before) {
+        const auto found = told.find(leaf);
+        if (found != told.end() && found->second == unit) {
+            told.erase(found);
+        }
+    }
+    return told;
+}
+
+/// The units in the files, as `show` tells them.
+Units unitsIn(const TestWorkspace& workspace)
+{
+    Units units;
+    for (const char* kind : {"configuration", "process"}) {
+        for (const QString& file : workspace.files().keys()) {
+            const QString folder = QLatin1String(kind) + QStringLiteral("/");
+            if (!file.startsWith(folder) || file.endsWith(QStringLiteral("manifest.json"))) {
+                continue;
+            }
+            const QString name = file.mid(folder.size()).chopped(5);
+            const bool isProcess = folder.startsWith(QLatin1Char('p'));
+            const QJsonObject shown =
+                run(workspace,
+                    QStringList{QStringLiteral("show"), name, QStringLiteral("--json")} +
+                        (isProcess ? QStringList{QStringLiteral("--process")} : QStringList()))
+                    .json();
+            const QString title =
+                name + (isProcess ? QStringLiteral(" (process) ") : QStringLiteral(" "));
+            for (const QJsonValue value : shown.value(QStringLiteral("leaves")).toArray()) {
+                const QJsonObject leaf = value.toObject();
+                const QString url = title + leaf.value(QStringLiteral("url")).toString();
+                if (leaf.value(QStringLiteral("unit")).isString()) {
+                    units[url] = leaf.value(QStringLiteral("unit")).toString();
+                }
+                const QJsonArray columns = leaf.value(QStringLiteral("columns")).toArray();
+                for (int column = 0; column < columns.size(); ++column) {
+                    units[url + QStringLiteral("[%1]").arg(column)] =
+                        columns.at(column).toObject().value(QStringLiteral("unit")).toString();
+                }
+            }
+        }
+    }
+    return units;
+}
+
+/// An instance at which a link starts, if there is any.
+QString aSource(const TestWorkspace& workspace)
+{
+    const QJsonArray links =
+        QJsonDocument::fromJson(workspace.read(QStringLiteral("links.json"))).array();
+    return links.first().toObject().value(QStringLiteral("source")).toString(QStringLiteral("i0"));
+}
+
+TEST(Explain, tells_exactly_the_changes_that_the_write_then_makes)
+{
+    int changes = 0;
+    for (unsigned seed = 1; seed <= 100; ++seed) {
+        SCOPED_TRACE(seed);
+        const TestWorkspace workspace;
+        writeRandomWorkspace(workspace, seed);
+        const QStringList write{aSource(workspace),
+                                QStringList{"A", "A", "A", "B", "N/C"}.at(int(seed % 5)),
+                                QStringLiteral("new")};
+        const Units before = unitsIn(workspace);
+
+        const Result text = run(workspace, explain(write));
+        const Result told = run(workspace, explain(write + QStringList{QStringLiteral("--json")}));
+        const Result dry =
+            run(workspace, QStringList{QStringLiteral("set"), QStringLiteral("--dry-run")} + write);
+        const Result done =
+            run(workspace, QStringList{QStringLiteral("set"), QStringLiteral("--json")} + write);
+
+        const Units set = unitsSet(done.json());
+        EXPECT_EQ(withoutChangedBack(unitsTold(told), before), set);
+        EXPECT_EQ(text.exitCode, dry.exitCode);
+        EXPECT_EQ(told.exitCode, dry.exitCode);
+        if (done.exitCode != 2 && dry.out.contains(QStringLiteral(" changed in "))) {
+            EXPECT_TRUE(text.out.endsWith(dry.out)) << text.out.toStdString();
+        }
+        changes += int(set.size());
+    }
+    EXPECT_GT(changes, 50);
+}
+
+} // namespace
