@@ -76,7 +76,8 @@ QList<NearMiss> nearMisses(const QString& description, const QString& url,
             }
         }
         for (const QString& near : filehost::nearestNames(url, candidates)) {
-            if (near != url && !sourceUrls.contains(near)) {
+            const bool isAlike = !filehost::nearestName(url, {near}).isEmpty();
+            if (isAlike && near != url && !sourceUrls.contains(near)) {
                 misses.append({NearMiss::Kind::Url, watcher.key(), near, {}});
             }
         }

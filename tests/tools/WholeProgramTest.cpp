@@ -200,6 +200,25 @@ TEST(Program, that_a_missing_column_ends_names_it_as_a_possible_cause)
         << result.err.toStdString();
 }
 
+TEST(Program, that_explains_a_missing_column_tells_the_way_there_before_it_ends)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    QByteArray(columnDescription).replace("Log[2-1]", "Log[2]"));
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "recorder", "dependency": "units"}])");
+    const QString line =
+        QStringLiteral("ulimit -c 0; unitflow explain controller Settings/TemperatureUnit");
+    const Result text = runShell(workspace.path(), line);
+    EXPECT_NE(text.exitCode, 0);
+    expectGolden(QStringLiteral("explain-missing-column"), text.out);
+    const Result trace = runShell(workspace.path(), line + QStringLiteral(" --json"));
+    EXPECT_TRUE(trace.out.endsWith(
+        QStringLiteral("{\"event\":\"command-row\",\"row\":0,\"outcome\":\"column-out-of-range\","
+                       "\"target\":\"Log\",\"unit\":\"°C\",\"column\":2}\n")))
+        << trace.out.toStdString();
+}
+
 TEST(Terminal, gets_color)
 {
     const TestWorkspace workspace;
