@@ -138,7 +138,7 @@ QString DescriptionFile::watchedBelow(const QStringList& node, const QString& te
                 return shown(places->row(table, static_cast<int>(row - rows.begin())));
             }
         }
-        const QString place = watchedBelow(successor, text, isPattern);
+        QString place = watchedBelow(successor, text, isPattern);
         if (!place.isEmpty()) {
             return place;
         }

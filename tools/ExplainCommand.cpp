@@ -16,6 +16,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QFile>
+#include <QHash>
 
 #include <algorithm>
 #include <optional>
@@ -182,12 +183,21 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
     }
 
     const BaseClassSharedPointer source = session.view(write.instance);
-    const QStringList sourceUrls = source ? urlsOf(leavesBelow(source, QString())) : QStringList();
+    const QStringList sourceUrls =
+        source.isNull() ? QStringList() : urlsOf(leavesBelow(source, QString()));
+    QHash<QString, QList<NearMiss>> misses; // of each description, which many links may share
     Outline outline;
     int silent = 0;
     for (const std::size_t number : order) {
         const LinkRun& run = runs.at(static_cast<int>(number));
-        silent += addLink(session, run, traces[number], sourceUrls, outline) ? 0 : 1;
+        const QString& description = run.link.dependency;
+        if (!misses.contains(description)) {
+            misses.insert(description,
+                          nearMisses(session.description(description), write.url, sourceUrls));
+        }
+        const bool isTold =
+            addLink(session, run, traces[number], misses.value(description), outline);
+        silent += isTold ? 0 : 1;
     }
     session.takeProblems(); // the links that ran have reported them
     console.show(outline.toText(console.color()));
@@ -201,13 +211,11 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
 }
 
 /// False when there is nothing to tell but that nobody watches the URL.
-bool ExplainCommand::addLink(Session& session, const LinkRun& run, const LinkTrace& trace,
-                             const QStringList& sourceUrls, Outline& outline) const
+bool ExplainCommand::addLink(const Session& session, const LinkRun& run, const LinkTrace& trace,
+                             const QList<NearMiss>& misses, Outline& outline) const
 {
     const Link& link = run.link;
     const bool isFailed = run.outcome == Outcome::Failed;
-    const QList<NearMiss> misses =
-        nearMisses(session.description(link.dependency), write.url, sourceUrls);
     const bool isSilent =
         !isAll && !isFailed && misses.isEmpty() && !isAnswered(trace) && !changesAnything(trace);
     if (isSilent) {

@@ -18,6 +18,7 @@ namespace tools {
 class Outline;
 class TraceRecorder;
 struct LinkTrace;
+struct NearMiss;
 
 /// `unitflow explain`: runs what a write would run, writes nothing, and shows what the engine did
 /// meanwhile; or shows a trace of somebody else's run.
@@ -35,8 +36,8 @@ private:
     void runLinks(filehost::Session& session, const QList<filehost::Link>& links,
                   TraceRecorder& recorder, Console& console);
     void showLinks(filehost::Session& session, const TraceRecorder& recorder, Console& console);
-    bool addLink(filehost::Session& session, const LinkRun& run, const LinkTrace& trace,
-                 const QStringList& sourceUrls, Outline& outline) const;
+    bool addLink(const filehost::Session& session, const LinkRun& run, const LinkTrace& trace,
+                 const QList<NearMiss>& misses, Outline& outline) const;
     void showChanges(const Changes& changes, Console& console) const;
 
     // as given

@@ -18,7 +18,7 @@ constexpr int gap = 2;
 
 QString blanks(int count)
 {
-    return QString(count, QLatin1Char(' '));
+    return {count, QLatin1Char(' ')};
 }
 
 /// `text` as lines, the later ones deeper.

@@ -57,6 +57,7 @@ std::vector<const Item*> arranged(const std::vector<Item>& items, bool isArrange
                                   Predicate isFirst)
 {
     std::vector<const Item*> order;
+    order.reserve(items.size());
     for (const Item& item : items) {
         order.push_back(&item);
     }

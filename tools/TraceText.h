@@ -28,7 +28,7 @@ private:
     /// Where in the graph, and how deep in the outline, something stands.
     struct Where {
         QStringList path;
-        int level;
+        int level = 0;
     };
 
     void addNode(const NodeRun& node, const Where& where);

@@ -33,7 +33,7 @@ struct NodeEntered {
 };
 struct NodeLeft {
     TraversalObserver::Node node;
-    bool outcome;
+    bool outcome = false;
 };
 struct EdgeDecided {
     TraversalObserver::Edge edge;
@@ -46,7 +46,7 @@ struct ConditionRowChecked {
 };
 struct ConditionFinished {
     TraversalObserver::Condition condition;
-    bool holds;
+    bool holds = false;
 };
 struct CommandStarted {
     TraversalObserver::Command command;
@@ -56,11 +56,11 @@ struct CommandRowExecuted {
 };
 struct CommandFinished {
     TraversalObserver::Command command;
-    bool outcome;
+    bool outcome = false;
 };
 struct TraversalFinished {
-    bool outcome;
-    bool changed;
+    bool outcome = false;
+    bool changed = false;
 };
 
 using Event = std::variant<Link, TraversalStarted, NodeSelected, NodeEntered, NodeLeft, EdgeDecided,

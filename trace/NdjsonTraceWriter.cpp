@@ -14,7 +14,7 @@ using internal::Named;
 
 namespace {
 
-constexpr QLatin1String key(const char* name)
+QLatin1String key(const char* name)
 {
     return QLatin1String(name);
 }

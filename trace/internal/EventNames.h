@@ -8,7 +8,7 @@
 
 namespace trace::internal {
 
-constexpr QLatin1String formatName("unitflow/trace");
+constexpr const char* formatName = "unitflow/trace";
 constexpr int formatVersion = 1;
 
 /// How a value of an enumeration is called in a trace.
