@@ -203,20 +203,22 @@ void expectNames(const QList<trace::internal::Named<Enumeration>>& names, int co
 
 TEST(NdjsonTrace, names_every_value_of_every_enumeration)
 {
-    using namespace trace::internal;
-    expectNames(selectionNames(), int(Observer::Selection::Unconditional) + 1, [](auto value) {
-        return trace::NodeSelected{{"n", value, "w"}};
-    });
-    expectNames(edgeDecisionNames(), int(Observer::EdgeDecision::LeadsNowhere) + 1, [](auto value) {
-        return trace::EdgeDecided{{0, "s", value}};
-    });
-    expectNames(conditionOutcomeNames(), int(Observer::ConditionOutcome::InvalidPattern) + 1,
+    expectNames(trace::internal::selectionNames(), int(Observer::Selection::Unconditional) + 1,
                 [](auto value) {
+                    return trace::NodeSelected{{"n", value, "w"}};
+                });
+    expectNames(trace::internal::edgeDecisionNames(), int(Observer::EdgeDecision::LeadsNowhere) + 1,
+                [](auto value) {
+                    return trace::EdgeDecided{{0, "s", value}};
+                });
+    expectNames(trace::internal::conditionOutcomeNames(),
+                int(Observer::ConditionOutcome::InvalidPattern) + 1, [](auto value) {
                     return trace::ConditionRowChecked{{0, value, "u", "==", 1, 2}};
                 });
-    expectNames(rowOutcomeNames(), int(Observer::RowOutcome::ColumnsRefused) + 1, [](auto value) {
-        return trace::CommandRowExecuted{{0, value, "t", "K", 7, 1}};
-    });
+    expectNames(trace::internal::rowOutcomeNames(), int(Observer::RowOutcome::ColumnsRefused) + 1,
+                [](auto value) {
+                    return trace::CommandRowExecuted{{0, value, "t", "K", 7, 1}};
+                });
 }
 
 TEST(NdjsonTrace, keeps_values_of_every_kind)
