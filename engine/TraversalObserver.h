@@ -78,7 +78,7 @@ public:
 
     struct Command {
         int index;    ///< among the commands of its node that could be made
-        QString type; ///< as descriptions write it
+        QString type; ///< empty for one of the host
     };
 
     /// What becomes of a command's row.

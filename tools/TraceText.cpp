@@ -146,6 +146,10 @@ void TraceText::foldRepetition(std::size_t begin, const Where& where)
 void TraceText::addCommand(const CommandRun& command, const Where& node)
 {
     const QString& type = command.command.type;
+    if (type.isEmpty()) {
+        outline.addLine(node.level, QStringLiteral("runs a command that the engine does not know"));
+        return;
+    }
     const QStringList table = DescriptionFile::commandPath(node.path, type);
     Where where = node;
     if (extent == Extent::Everything) {
@@ -167,7 +171,8 @@ void TraceText::addCommand(const CommandRun& command, const Where& node)
         outline.addLine(where.level, wordsForDropped(row, Kind::Command, type), row.place);
     }
     if (command.rows.isEmpty() && dropped.isEmpty()) {
-        outline.addLine(where.level, QStringLiteral("%1 tells of no row").arg(printable(type)),
+        outline.addLine(where.level,
+                        QStringLiteral("does nothing: %1 has no row").arg(printable(type)),
                         file.placeOf(table));
     }
 }

@@ -282,6 +282,34 @@ TEST(ExplainTrace, names_the_line_of_what_is_no_event_and_shows_the_rest)
                                          "  no node watches the URL\n"));
 }
 
+TEST(ExplainTrace, tells_of_types_that_a_host_added_and_of_tables_without_rows)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("trace.ndjson"),
+                    R"({"format":"unitflow/trace","version":1}
+{"event":"traversal-started","url":"s"}
+{"event":"node-selected","name":"Top","selection":"url","watched":"s"}
+{"event":"node-entered","name":"Top","type":""}
+{"event":"command-started","index":0,"type":""}
+{"event":"command-started","index":1,"type":"CommandSetUnitProperties"}
+{"event":"condition-started","index":0,"type":""}
+{"event":"condition-finished","index":0,"type":"","holds":false}
+{"event":"condition-started","index":1,"type":"ConditionWriteOnUrls"}
+{"event":"condition-finished","index":1,"type":"ConditionWriteOnUrls","holds":false}
+{"event":"edge-decided","index":0,"successor":"Next","decision":"no-condition-holds"}
+)");
+    EXPECT_EQ(
+        run(explain({QStringLiteral("--trace"), workspace.path(QStringLiteral("trace.ndjson"))}))
+            .out,
+        QStringLiteral("(no link is named)\n"
+                       "  Top runs: it watches this URL\n"
+                       "    runs a command that the engine does not know\n"
+                       "    does nothing: CommandSetUnitProperties has no row\n"
+                       "    Next is not reached\n"
+                       "      fails: a condition that the engine does not know\n"
+                       "      fails: ConditionWriteOnUrls has no row\n"));
+}
+
 TEST(ExplainTrace, of_a_file_that_is_no_trace_is_an_error)
 {
     const TestWorkspace workspace;

@@ -196,10 +196,10 @@ TEST_F(ObservedNode, is_told_with_its_outcome)
                   "Probe": {"@val": "a", "@result": false}}},
                   "B": {"Type": "CommandNode", "Commands": {"Probe": "b"}}})",
                        "s"),
-              (QStringList{"start s", "selected A unconditional", "enter A CommandNode",
-                           "run 0 Probe", "ran 0 Probe false", "leave A CommandNode false",
-                           "selected B unconditional", "enter B CommandNode", "run 0 Probe",
-                           "ran 0 Probe true", "leave B CommandNode true", "end true false"}));
+              (QStringList{"start s", "selected A unconditional", "enter A CommandNode", "run 0 ",
+                           "ran 0  false", "leave A CommandNode false", "selected B unconditional",
+                           "enter B CommandNode", "run 0 ", "ran 0  true",
+                           "leave B CommandNode true", "end true false"}));
 }
 
 TEST_F(ObservedNode, without_a_source_is_entered_and_left_with_nothing_between)
@@ -430,14 +430,23 @@ TEST_F(ObservedCondition, without_rows_tells_none)
 
 // --- commands
 
-TEST_F(ObservedCommand, is_told_by_its_number_among_those_that_could_be_made)
+TEST_F(ObservedCommand, of_a_host_is_told_by_its_number_among_those_that_could_be_made)
 {
     NodeCommand node("Top", tree("d", R"({"Commands": {"A": 1, "Probe": "a", "Probe2":
         {"@val": "b", "@result": false}}})"));
     messages.take();
     run(node);
-    EXPECT_EQ(log.take(), (QStringList{"run 0 Probe", "ran 0 Probe true", "run 1 Probe2",
-                                       "ran 1 Probe2 false"}));
+    EXPECT_EQ(log.take(), (QStringList{"run 0 ", "ran 0  true", "run 1 ", "ran 1  false"}));
+}
+
+TEST_F(ObservedCommand, of_the_engine_is_told_by_its_type_as_descriptions_write_it)
+{
+    NodeCommand node("Top", tree("d", R"({"Commands": {
+        "CommandSetUnitByConfigurationParameterInstRegExp": {}, "CommandSetUnitProperties": {}}})"));
+    run(node);
+    EXPECT_EQ(log.take({"run"}),
+              (QStringList{"run 0 CommandSetUnitByConfigurationParameterInstRegExp",
+                           "run 1 CommandSetUnitProperties"}));
 }
 
 TEST_F(ObservedCommand, without_both_roots_tells_no_row)
