@@ -1,6 +1,7 @@
 #ifndef UNITFLOW_FILEHOST_FILES_H
 #define UNITFLOW_FILEHOST_FILES_H
 
+#include "filehost/Export.h"
 #include "filehost/Problem.h"
 #include "filehost/json/JsonText.h"
 
@@ -23,7 +24,8 @@ bool exists(const File& file);
 
 /// All bytes of a regular file; nothing with a problem when there is no such file, it cannot be
 /// read or is too large.
-std::optional<QByteArray> readBytes(const File& file, QList<Problem>& problems);
+UNITFLOW_FILEHOST_EXPORT std::optional<QByteArray> readBytes(const File& file,
+                                                             QList<Problem>& problems);
 
 /// Null with problems when the file cannot be read or holds no JSON.
 std::shared_ptr<const json::JsonText> readJson(const File& file, QList<Problem>& problems);

@@ -1,0 +1,442 @@
+#include "checker/LinkCheck.h"
+
+#include "Commands/CommandSetUnitPropertiesRegExp.h"
+#include "DependencyWalkerDefinitions.h"
+#include "checker/ColumnTarget.h"
+#include "checker/RowCheck.h"
+#include "host/ConfigurationAndProcessDataDefinitions.h"
+
+#include <QMultiHash>
+
+#include <algorithm>
+#include <functional>
+
+namespace checker {
+
+using filehost::DescriptionPlaces;
+using filehost::Link;
+using filehost::json::JsonText;
+using Keys = ConfigurationAndProcessDataDefinitions;
+
+namespace {
+
+/// A leaf whose unit a row sets, and for which write; an empty one stands for every write.
+struct Target {
+    QString url;
+    QString writtenUrl;
+};
+
+/// A unit that a row sets, by what makes units the same.
+struct Setting {
+    QString writtenUrl;
+    QString unit;
+    int line;
+};
+
+class LinkChecker {
+public:
+    LinkChecker(const DescriptionPlaces& places, const LinkedTrees& linked, Patterns& patterns,
+                Findings& findings)
+        : places(places), link(linked.link), source(linked.source), target(linked.target),
+          patterns(patterns), findings(findings)
+    {}
+
+    void check(const Node& node, bool isTopLevel);
+
+private:
+    using Advice = std::function<QString()>;
+
+    void add(Code code, Index cell, const QString& message, const Advice& advice);
+    void checkCondition(const Table& condition);
+    void checkConstant(const Row& row, const TableDescription& table, const QStringList& urls);
+    QStringList matchesOf(const QString& pattern);
+    void checkSourceUrl(Index cell, const QString& consequence);
+    void checkPattern(Index cell);
+    void checkCommands(const Node& node);
+    void checkRow(const Table& command, const Row& row);
+    QList<Target> targetsOf(const Table& command, const Row& row, Index& cell);
+    QList<Target> targetsByGroups(const TableDescription& table, const Row& row, Index cell);
+    QList<Target> filledTarget(Index cell);
+    void checkTargets(Index cell, const QList<Target>& targets);
+    void checkColumn(Index cell, const Row& row, const TableDescription& table);
+    void noteSetting(const Row& row, const TableDescription& table, Index cell,
+                     const Target& target);
+    QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
+
+    const DescriptionPlaces& places;
+    const Link& link;
+    const Tree& source;
+    const Tree& target;
+    Patterns& patterns;
+    Findings& findings;
+    QMultiHash<QString, Setting> settings; ///< of the command node at hand, by target
+};
+
+QString nearestIn(const Tree& tree, const QString& url)
+{
+    return didYouMean(url, tree.leaves(), QStringLiteral("\"unitflow show\" lists the leaves"));
+}
+
+void LinkChecker::add(Code code, Index cell, const QString& message, const Advice& advice)
+{
+    findings.add(link, code, places.valueAt(cell), message, advice);
+}
+
+void LinkChecker::check(const Node& node, bool isTopLevel)
+{
+    if (node.type == nullptr) {
+        return; // the engine looks at nothing in it
+    }
+    if (!isTopLevel) {
+        for (const Table& condition : node.conditions) {
+            checkCondition(condition);
+        }
+    }
+    if (node.type->runsCommands) {
+        checkCommands(node);
+    }
+    for (const Node& successor : node.successors) {
+        check(successor, false);
+    }
+}
+
+void LinkChecker::checkCondition(const Table& condition)
+{
+    const TableDescription& table = condition.type->table;
+    const bool hasPatterns = table.columns.first().role == CellRole::Pattern;
+    for (const Row& row : condition.rows) {
+        const Index cell = row.cells.front();
+        const QString text = textOf(places, cell);
+        if (hasPatterns) {
+            checkPattern(cell);
+            checkConstant(row, table, matchesOf(text));
+        } else if (!text.startsWith(DependencyWalkerDefinitions::getPrefixRegularExpression())) {
+            checkSourceUrl(cell, QStringLiteral("the row never holds"));
+            checkConstant(row, table, {text});
+        }
+    }
+}
+
+/// Whether the constant can be read in the type of any of the values.
+void LinkChecker::checkConstant(const Row& row, const TableDescription& table,
+                                const QStringList& urls)
+{
+    const Index cell = row.cell(table, CellRole::Constant);
+    if (cell == JsonText::none) {
+        return;
+    }
+    const QVariant constant = places.text().value(cell);
+    QString other;
+    for (const QString& url : urls) {
+        const QVariant value = source.valueAt(url);
+        QVariant converted = constant;
+        if (!value.isValid()) {
+            continue;
+        }
+        if (converted.convert(value.userType())) {
+            return;
+        }
+        other = url;
+    }
+    if (!other.isNull()) {
+        add(Code::ConstantNeverEqual, cell,
+            QStringLiteral("the value of %1 is %2, as which the constant cannot be read; they are "
+                           "never equal")
+                .arg(quoted(other), source.valueAt(other).toString()),
+            [] { return QStringLiteral("write a constant of the type that the value has"); });
+    }
+}
+
+QStringList LinkChecker::matchesOf(const QString& pattern)
+{
+    const Pattern compiled = patterns[pattern];
+    QStringList matches;
+    if (compiled.isValid) {
+        for (const QString& url : source.leaves()) {
+            if (compiled.findsMatch(url)) {
+                matches.append(url);
+            }
+        }
+    }
+    return matches;
+}
+
+void LinkChecker::checkSourceUrl(Index cell, const QString& consequence)
+{
+    const QString url = textOf(places, cell);
+    if (url.isEmpty() || source.valueAt(url).isValid()) {
+        return;
+    }
+    const bool isThere = !source.at(url).isNull();
+    add(Code::UnknownSourceUrl, cell,
+        isThere ? QStringLiteral("%1 of %2 has no value; %3")
+                      .arg(quoted(url), quoted(link.source), consequence)
+                : QStringLiteral("%1 has no leaf %2; %3")
+                      .arg(quoted(link.source), quoted(url), consequence),
+        [&] { return nearestIn(source, url); });
+}
+
+void LinkChecker::checkPattern(Index cell)
+{
+    const QString text = textOf(places, cell);
+    if (patterns[text].isValid && matchesOf(text).isEmpty()) {
+        add(Code::PatternMatchesNothing, cell,
+            QStringLiteral("the pattern matches no leaf of %1").arg(quoted(link.source)), [&] {
+                QString plain = text;
+                plain.remove(QLatin1Char('^')).remove(QLatin1Char('$'));
+                return didYouMean(plain, source.leaves(),
+                                  QStringLiteral("case counts; \"^\" and \"$\" stand for the ends "
+                                                 "of the whole URL"));
+            });
+    }
+}
+
+void LinkChecker::checkCommands(const Node& node)
+{
+    std::vector<const Table*> commands;
+    for (const Table& command : node.commands) {
+        commands.push_back(&command);
+    }
+    // As the engine runs them, so that what is said of the last one is right.
+    std::sort(commands.begin(), commands.end(), [](const Table* left, const Table* right) {
+        return left->type->name < right->type->name;
+    });
+    settings.clear();
+    for (const Table* command : commands) {
+        for (const Row& row : command->rows) {
+            checkRow(*command, row);
+        }
+    }
+}
+
+void LinkChecker::checkRow(const Table& command, const Row& row)
+{
+    const TableDescription& table = command.type->table;
+    const Index parameter = row.cell(table, CellRole::SourceUrl);
+    if (parameter != JsonText::none) {
+        checkSourceUrl(parameter, QStringLiteral("the engine skips the row"));
+    }
+    const Index pattern = row.cell(table, CellRole::PatternWithGroups);
+    if (pattern != JsonText::none) {
+        checkPattern(pattern);
+    }
+    Index cell = JsonText::none;
+    const QList<Target> targets = targetsOf(command, row, cell);
+    if (targets.isEmpty()) {
+        return;
+    }
+    checkTargets(cell, targets);
+    if (row.cell(table, CellRole::TargetColumn) != JsonText::none) {
+        checkColumn(cell, row, table);
+    }
+    for (const Target& set : targets) {
+        noteSetting(row, table, cell, set);
+    }
+}
+
+/// The leaves that a row may set, and the cell that names them. None when that cannot be told.
+QList<Target> LinkChecker::targetsOf(const Table& command, const Row& row, Index& cell)
+{
+    const TableDescription& table = command.type->table;
+    if ((cell = row.cell(table, CellRole::TargetUrl)) != JsonText::none) {
+        const QString prefix =
+            link.parameters.isEmpty() ? QString() : link.parameters.first().toString();
+        return {{prefix + textOf(places, cell), {}}};
+    }
+    if ((cell = row.cell(table, CellRole::TargetUrlTemplate)) != JsonText::none) {
+        return filledTarget(cell);
+    }
+    if ((cell = row.cell(table, CellRole::TargetUrlByGroups)) != JsonText::none) {
+        return targetsByGroups(table, row, cell);
+    }
+    if ((cell = row.cell(table, CellRole::TargetColumn)) != JsonText::none) {
+        const ColumnTarget column = readColumnTarget(textOf(places, cell));
+        return column.complaint.isEmpty() ? QList<Target>{{column.arrayUrl, {}}} : QList<Target>();
+    }
+    return {};
+}
+
+QList<Target> LinkChecker::filledTarget(Index cell)
+{
+    QString url = textOf(places, cell);
+    if (url.isEmpty()) {
+        return {};
+    }
+    const QList<int> numbers = parameterPlacesIn(url);
+    if (numbers.isEmpty()) {
+        return {{url, {}}};
+    }
+    const bool isText =
+        std::all_of(link.parameters.begin(), link.parameters.end(), [](const QVariant& parameter) {
+            return parameter.canConvert(QMetaType::QString);
+        });
+    if (link.parameters.size() != 2 || !isText) {
+        const QString place = QStringLiteral("%") + QString::number(numbers.first());
+        add(Code::UnfilledPlace, cell,
+            QStringLiteral("%1 is only filled by a link with exactly two parameters, and this one "
+                           "has %2; the URL is taken as it is written")
+                .arg(quoted(place))
+                .arg(link.parameters.size()),
+            [] {
+                return QStringLiteral("give the link in links.json two parameters, each a text "
+                                      "or a number");
+            });
+        return {};
+    }
+    // One after the other: what the first parameter brings along may be filled by the second.
+    for (const QVariant& parameter : link.parameters) {
+        if (!parameterPlacesIn(url).isEmpty()) {
+            url = url.arg(parameter.toString());
+        }
+    }
+    return {{url, {}}};
+}
+
+QList<Target> LinkChecker::targetsByGroups(const TableDescription& table, const Row& row,
+                                           Index cell)
+{
+    const Pattern pattern = patterns[textOf(places, row.cell(table, CellRole::PatternWithGroups))];
+    QList<Target> targets;
+    if (!pattern.isValid || !pattern.hasGroups()) {
+        return targets;
+    }
+    const QString url = textOf(places, cell);
+    CommandSetUnitPropertiesRegExp filler({}); // without rows, to fill places as the engine does
+    for (const QString& written : source.leaves()) {
+        const QRegularExpressionMatch match = pattern.expression.match(written);
+        if (match.hasMatch()) {
+            targets.append({filler.replaceMatchedGroups(pattern.groups, match, url), written});
+        }
+    }
+    return targets;
+}
+
+void LinkChecker::checkTargets(Index cell, const QList<Target>& targets)
+{
+    QStringList missing;
+    for (const Target& wanted : targets) {
+        if (target.at(wanted.url).isNull() && !missing.contains(wanted.url)) {
+            missing.append(wanted.url);
+        }
+    }
+    if (missing.isEmpty()) {
+        return;
+    }
+    const QString first = missing.first();
+    const auto advice = [&] { return nearestIn(target, first); };
+    const QString name = quoted(link.target);
+    const bool isNoneThere = std::all_of(targets.begin(), targets.end(), [&](const Target& wanted) {
+        return missing.contains(wanted.url);
+    });
+    if (isNoneThere) {
+        add(Code::UnknownTargetUrl, cell,
+            QStringLiteral("%1 has no leaf %2; the engine skips the row").arg(name, quoted(first)),
+            advice);
+    } else {
+        add(Code::SomeTargetsMissing, cell,
+            QStringLiteral("%1 has no leaf %2; the engine skips the row when %3 is written")
+                .arg(name, quoted(first),
+                     quoted(std::find_if(targets.begin(), targets.end(),
+                                         [&](const Target& wanted) { return wanted.url == first; })
+                                ->writtenUrl)),
+            advice);
+    }
+}
+
+void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription& table)
+{
+    const ColumnTarget column =
+        readColumnTarget(textOf(places, row.cell(table, CellRole::TargetColumn)));
+    const BaseClassSharedPointer leaf = target.at(column.arrayUrl);
+    if (leaf.isNull()) {
+        return;
+    }
+    const QString name =
+        QStringLiteral("%1 of %2").arg(quoted(column.arrayUrl), quoted(link.target));
+    const QVariant columns = leaf->getDataProperty(Keys::getKeyDataPropertyArrayInformation());
+    if (leaf->getDataProperty(Keys::getKeyDataPropertyType()).toString() !=
+        Keys::getKeyDataTypeArray()) {
+        add(Code::NotAnArray, cell,
+            QStringLiteral("%1 is no array; the engine skips the row").arg(name), [] {
+                return QStringLiteral("give the leaf \"@type\": \"array\" and the "
+                                      "\"@arrayInformation\" of its columns");
+            });
+    } else if (!columns.canConvert(QMetaType::QVariantList)) {
+        add(Code::NotAnArray, cell,
+            QStringLiteral("%1 has no description of its columns; the engine skips the row")
+                .arg(name),
+            [] {
+                return QStringLiteral("give the leaf the \"@arrayInformation\" of its columns");
+            });
+    } else if (column.column >= columns.toList().size()) {
+        add(Code::ColumnOutOfRange, cell,
+            QStringLiteral("%1 has %2 columns, so there is no column %3; the engine ends the "
+                           "process when it writes there")
+                .arg(name)
+                .arg(columns.toList().size())
+                .arg(column.column),
+            [&] {
+                return QStringLiteral("the columns are 0 to %1").arg(columns.toList().size() - 1);
+            });
+    }
+}
+
+/// What tells units apart: their text, or where their value comes from.
+QString LinkChecker::unitOf(const Row& row, const TableDescription& table,
+                            const Target& target) const
+{
+    const Index unit = row.cell(table, CellRole::Unit);
+    if (unit != JsonText::none) {
+        const QString text = textOf(places, unit);
+        return text.isEmpty() ? QString() : quoted(text);
+    }
+    const Index parameter = row.cell(table, CellRole::SourceUrl);
+    const QString url = parameter == JsonText::none ? target.writtenUrl : textOf(places, parameter);
+    return url.isEmpty() ? QString() : QStringLiteral("the value of ") + quoted(url);
+}
+
+void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Index cell,
+                              const Target& set)
+{
+    const QString unit = unitOf(row, table, set);
+    if (unit.isEmpty() || this->target.at(set.url).isNull()) {
+        return;
+    }
+    const bool hasColumn = row.cell(table, CellRole::TargetColumn) != JsonText::none;
+    const QString leaf = hasColumn ? QStringLiteral("%1[%2]").arg(set.url).arg(
+                                         readColumnTarget(textOf(places, cell)).column)
+                                   : set.url;
+    const int line = places.valueAt(cell).line;
+    for (auto known = settings.constFind(leaf); known != settings.cend() && known.key() == leaf;
+         ++known) {
+        const bool isSameWrite = known->writtenUrl.isEmpty() || set.writtenUrl.isEmpty() ||
+                                 known->writtenUrl == set.writtenUrl;
+        if (isSameWrite && known->unit != unit) {
+            add(Code::ConflictingUnits, cell,
+                QStringLiteral("this row sets the unit of %1 to %2, after line %3 set it to %4 in "
+                               "the same write; the last one counts")
+                    .arg(quoted(leaf), unit)
+                    .arg(known->line)
+                    .arg(known->unit),
+                [] {
+                    return QStringLiteral("remove one of the two rows, or put them behind "
+                                          "different conditions");
+                });
+            break;
+        }
+    }
+    settings.insert(leaf, {set.writtenUrl, unit, line});
+}
+
+} // namespace
+
+void checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& places,
+               const LinkedTrees& linked, Patterns& patterns, Findings& findings)
+{
+    LinkChecker checker(places, linked, patterns, findings);
+    for (const Node& node : nodes) {
+        checker.check(node, true);
+    }
+}
+
+} // namespace checker

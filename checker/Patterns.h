@@ -1,0 +1,39 @@
+#ifndef UNITFLOW_CHECKER_PATTERNS_H
+#define UNITFLOW_CHECKER_PATTERNS_H
+
+#include <QHash>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace checker {
+
+/// A pattern as the engine compiles it. Matching an invalid one is an error that Qt writes about.
+struct Pattern {
+    QRegularExpression expression;
+    bool isValid = false;
+    QStringList groups; ///< by number, from the one for the whole match; "" without a name
+
+    bool hasGroups() const { return groups.size() > 1; }
+    bool findsMatch(const QString& url) const;
+};
+
+/// Compiles each pattern once.
+class Patterns {
+public:
+    /// Stays valid until another pattern is asked for.
+    const Pattern& operator[](const QString& pattern);
+
+    /// A text on which matching takes too many steps; none when no such was found.
+    const std::optional<QString>& slowText(const QString& pattern);
+
+private:
+    QHash<QString, Pattern> compiled;
+    QHash<QString, std::optional<QString>> slowTexts;
+};
+
+} // namespace checker
+
+#endif

@@ -1,0 +1,53 @@
+#include "checker/Tree.h"
+
+#include "host/ConfigurationAndProcessDataDefinitions.h"
+#include "host/ConfigurationAndProcessDataTools.h"
+
+#include <algorithm>
+
+namespace checker {
+
+using Keys = ConfigurationAndProcessDataDefinitions;
+
+namespace {
+
+void collectLeaves(const BaseClassSharedPointer& node, const QString& prefix, QStringList& urls)
+{
+    const QHash<QString, BaseClassSharedPointer>& children = node->getChildMap();
+    for (auto child = children.cbegin(); child != children.cend(); ++child) {
+        const QString url = prefix + child.key();
+        const BaseClassSharedPointer& below = child.value();
+        if (below->getChildMap().isEmpty() ||
+            below->getDataProperty(Keys::getKeyDataPropertyValue()).isValid() ||
+            below->getDataProperty(Keys::getKeyDataPropertyUnitType()).isValid()) {
+            urls.append(url);
+        }
+        collectLeaves(below, url + QLatin1Char('/'), urls);
+    }
+}
+
+} // namespace
+
+Tree::Tree(const BaseClassSharedPointer& root) : root(root) {}
+
+BaseClassSharedPointer Tree::at(const QString& url) const
+{
+    return root->getChildData(url);
+}
+
+QVariant Tree::valueAt(const QString& url) const
+{
+    return ConfigurationAndProcessDataTools::extractConfigValue(url, root);
+}
+
+const QStringList& Tree::leaves() const
+{
+    if (!collected) {
+        collected.emplace();
+        collectLeaves(root, QString(), *collected);
+        std::sort(collected->begin(), collected->end());
+    }
+    return *collected;
+}
+
+} // namespace checker

@@ -1,0 +1,34 @@
+#ifndef UNITFLOW_CHECKER_TREE_H
+#define UNITFLOW_CHECKER_TREE_H
+
+#include "host/ConfigurationAndProcessDataBase.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <optional>
+
+namespace checker {
+
+/// The tree of an instance, asked for what descriptions name.
+class Tree {
+public:
+    explicit Tree(const BaseClassSharedPointer& root);
+
+    /// Null when the URL names nothing.
+    BaseClassSharedPointer at(const QString& url) const;
+    /// Invalid when the URL names nothing that has a value.
+    QVariant valueAt(const QString& url) const;
+
+    /// The URLs of all leaves, by name. Collected when they are first asked for.
+    const QStringList& leaves() const;
+
+private:
+    BaseClassSharedPointer root;
+    mutable std::optional<QStringList> collected;
+};
+
+} // namespace checker
+
+#endif

@@ -1,0 +1,151 @@
+#include "ExampleWorkspace.h"
+
+#include <gtest/gtest.h>
+
+using namespace checker;
+
+namespace {
+
+const char* const source = R"({
+    "Settings": { "Unit": "m", "Limit": 5, "Empty": null, "On": true },
+    "Zones": { "A": { "Mode": "lab" }, "B": { "Mode": "off" } }
+})";
+
+const char* const target = R"({
+    "A": { "Speed": 1 },
+    "B": { "Speed": 2 },
+    "C": 3
+})";
+
+QList<Finding> inCommand(const QString& type, const QString& rows, const QString& parameters = {})
+{
+    return findingsIn(Example{"{\"N\": {\"Type\": \"CommandNode\", \"Commands\": {\"" + type +
+                                  "\": [\n" + rows + "]}}}",
+                              source, target, parameters});
+}
+
+QList<Finding> inCondition(const QString& type, const QString& rows)
+{
+    return findingsIn(
+        Example{R"({"N": {"Type": "SwitchNode", "Next": {"E": {"Type": "CommandNode", "Commands":
+        {"CommandSetUnitProperties": [["A", "m"]]},)"
+                "\n\"" +
+                    type + "\": [\n" + rows + "]}}}}",
+                source,
+                target,
+                {}});
+}
+
+} // namespace
+
+TEST(LinkFindings, name_the_link_and_the_nearest_leaf)
+{
+    const QList<Finding> findings =
+        inCommand("CommandSetUnitByConfigurationParameter", R"(["Setings/Unit", "", "A/Sped"])");
+    ASSERT_EQ(told(findings),
+              (QStringList{"2:2+14 unknown-source-url", "2:22+8 unknown-target-url"}));
+    EXPECT_TRUE(findings.first().advice.contains("\"Settings/Unit\""));
+    EXPECT_TRUE(findings.last().advice.contains("\"A/Speed\""));
+    ASSERT_TRUE(findings.first().link);
+    EXPECT_EQ(findings.first().link->source, "controller");
+}
+
+TEST(LinkFindings, resolve_prefixes_and_parameters)
+{
+    const QString rows = R"(["Speed", "m"])";
+    EXPECT_EQ(told(inCommand("CommandSetUnitProperties", rows, R"(["B/"])")), QStringList());
+    EXPECT_EQ(told(inCommand("CommandSetUnitProperties", rows, R"(["D/"])")),
+              QStringList{"2:2+7 unknown-target-url"});
+
+    const QString places = R"(["Settings/Unit", "", "%1/%2"])";
+    const QString type = "CommandSetUnitByConfigurationParameter";
+    EXPECT_EQ(told(inCommand(type, places, R"(["A", "Speed"])")), QStringList());
+    EXPECT_EQ(told(inCommand(type, places, R"(["A", 1])")),
+              QStringList{"2:23+7 unknown-target-url"});
+    EXPECT_EQ(told(inCommand(type, places, R"(["A"])")), QStringList{"2:23+7 unfilled-place"});
+    EXPECT_EQ(told(inCommand(type, places, R"(["A", []])")), QStringList{"2:23+7 unfilled-place"});
+}
+
+TEST(LinkFindings, resolve_groups_for_each_leaf_that_a_pattern_matches)
+{
+    const QString type = "CommandSetUnitPropertiesRegExp";
+    EXPECT_EQ(told(inCommand(type, R"(["^Zones/(?<z>.)/", "(?<z>)/Speed", "m"])")), QStringList());
+    EXPECT_EQ(told(inCommand(type, R"(["^Zones/(?<z>.)/", "(?<z>)/Sped", "m"])")),
+              QStringList{"2:21+13 unknown-target-url"});
+    EXPECT_EQ(told(inCommand(type, R"(["^Zone/(?<z>.)/", "(?<z>)/Speed", "m"])")),
+              QStringList{"2:2+16 pattern-matches-nothing"});
+}
+
+TEST(LinkFindings, tell_leaves_without_a_value_from_those_that_are_missing)
+{
+    const QList<Finding> findings =
+        inCondition("ConditionWriteOnUrls", R"(["Settings/Empty"], ["Settings/Unit"])");
+    ASSERT_EQ(told(findings), QStringList{"4:2+16 unknown-source-url"});
+    EXPECT_TRUE(findings.first().message.contains("has no value"));
+}
+
+TEST(LinkFindings, read_constants_in_the_type_of_the_value)
+{
+    const auto found = [](const QString& url, const QString& constant) {
+        return told(inCondition("ConditionValueComparator",
+                                "[\"" + url + "\", \"==\", " + constant + "]"))
+            .size();
+    };
+    EXPECT_EQ(found("Settings/Limit", "5"), 0);
+    EXPECT_EQ(found("Settings/Limit", "5.5"), 0);
+    EXPECT_EQ(found("Settings/Limit", "\"5\""), 0);
+    EXPECT_EQ(found("Settings/Limit", "\"high\""), 1);
+    EXPECT_EQ(found("Settings/Unit", "7"), 0);
+    EXPECT_EQ(found("Settings/Unit", "[7]"), 1);
+    EXPECT_EQ(found("Settings/On", "\"yes\""), 0);
+    EXPECT_EQ(told(inCondition("ConditionValueComparatorRegExp", R"(["Mode$", "==", {}])")).size(),
+              1);
+}
+
+TEST(LinkFindings, know_which_rows_set_one_leaf_in_one_write)
+{
+    const QString fixed = "CommandSetUnitPropertiesRegExp";
+    EXPECT_EQ(told(inCommand(fixed, "[\"^Zones/(A)/\", \"C\", \"m\"],\n[\"^Zones/(B)/\", \"C\", "
+                                    "\"s\"]")),
+              QStringList())
+        << "never in the same write";
+    EXPECT_EQ(told(inCommand(fixed, "[\"^Zones/(.)/\", \"C\", \"m\"],\n[\"^Zones/(B)/\", \"C\", "
+                                    "\"s\"]")),
+              QStringList{"3:17+3 conflicting-units"});
+    EXPECT_EQ(told(inCommand("CommandSetUnitProperties", "[\"C\", \"m\"],\n[\"C\", \"m\"]")),
+              QStringList());
+    EXPECT_EQ(
+        told(inCommand("CommandSetUnitByConfigurationParameter",
+                       "[\"Settings/Unit\", \"\", \"C\"],\n[\"Settings/Limit\", \"\", \"C\"]")),
+        QStringList{"3:24+3 conflicting-units"});
+}
+
+TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
+{
+    ExampleWorkspace workspace(
+        {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["X", "m"]]}}})",
+         source,
+         target,
+         {}});
+    const QString link = R"({"source": "controller", "target": "display", "dependency": "units"})";
+    workspace.write("links.json", "[" + link + ", " + link + ", " + link + "]");
+    const QList<Finding> findings = workspace.check();
+    ASSERT_EQ(findings.size(), 1);
+    EXPECT_EQ(findings.first().otherLinks, 2);
+}
+
+TEST(LinkFindings, tell_what_links_name_and_is_not_there)
+{
+    ExampleWorkspace workspace({"{}", source, target, {}});
+    workspace.write("links.json", R"([
+{"source": "controler", "target": "display", "dependency": "units"},
+{"source": "controller", "target": "display", "process": true, "dependency": "unit"},
+{"source": "controller", "aim": "display", "dependency": "units"}
+])");
+    const QList<Finding> findings = workspace.check();
+    EXPECT_EQ(told(findings),
+              (QStringList{"2:1+1 missing-file", "3:1+1 missing-file", "3:1+1 missing-file",
+                           "4:1+1 bad-link", "4:26+1 bad-link"}));
+    EXPECT_EQ(findings.first().file, "links.json");
+    EXPECT_TRUE(findings.first().advice.contains("\"controller\""));
+}
