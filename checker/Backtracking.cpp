@@ -1,5 +1,8 @@
 #include "checker/Backtracking.h"
 
+#include "checker/Patterns.h"
+
+#include <QHash>
 #include <QRegularExpression>
 #include <QVector>
 
@@ -23,11 +26,30 @@ QStringList failingEnds(const QString& rest)
     return {QString(strange), rest + strange, QStringLiteral("//")};
 }
 
+/// Some characters that a class, or an escape for one, matches.
+QStringList findCharacters(const QString& oneCharacter)
+{
+    const QRegularExpression expression(withoutMachineCode() + QLatin1Char('^') + oneCharacter +
+                                        QLatin1Char('$'));
+    QStringList samples;
+    if (!expression.isValid()) {
+        return samples;
+    }
+    for (const QChar candidate : QStringLiteral("aZ0/_- .,:A1zx")) {
+        if (expression.match(QString(candidate)).hasMatch()) {
+            samples.append(QString(candidate));
+        }
+    }
+    return samples.mid(0, 3);
+}
+
 /// Reads how a pattern is written. Of every piece it keeps some texts that are likely to match, and
 /// it notes the text before every repetition together with what repeats.
 class Sampler {
 public:
-    explicit Sampler(const QString& pattern) : pattern(pattern) {}
+    Sampler(const QString& pattern, QHash<QString, QStringList>& knownCharacters)
+        : pattern(pattern), knownCharacters(knownCharacters)
+    {}
 
     struct Repetition {
         QString before;
@@ -49,9 +71,10 @@ private:
     QStringList readEscape();
     bool readQuantifier();
     bool isAt(QChar character) const { return at < pattern.size() && pattern.at(at) == character; }
-    static QStringList charactersOf(const QString& oneCharacter);
+    QStringList charactersOf(const QString& oneCharacter);
 
     const QString pattern;
+    QHash<QString, QStringList>& knownCharacters;
     int at = 0;
     QVector<Repetition> found;
 };
@@ -122,10 +145,11 @@ QStringList Sampler::readGroup(const QString& before, int depth)
         const bool isNamed = !isAssertion && (kind.startsWith(QLatin1String("?<")) ||
                                               kind.startsWith(QLatin1String("?P<")) ||
                                               kind.startsWith(QLatin1String("?'")));
-        const int introduction =
-            isNamed ? pattern.indexOf(QRegularExpression(QStringLiteral("[>']")), at + 3)
-                    : pattern.indexOf(QRegularExpression(QStringLiteral("[:=!>|)]")), at);
-        at = introduction < 0 ? pattern.size() : introduction;
+        const QString ends = isNamed ? QStringLiteral(">'") : QStringLiteral(":=!>|)");
+        at += isNamed ? 3 : 0;
+        while (at < pattern.size() && !ends.contains(pattern.at(at))) {
+            ++at;
+        }
         if (!isAt(QLatin1Char(')'))) {
             ++at;
         }
@@ -173,18 +197,11 @@ QStringList Sampler::readEscape()
 /// Some characters that a class, or an escape for one, matches.
 QStringList Sampler::charactersOf(const QString& oneCharacter)
 {
-    const QRegularExpression expression(QLatin1Char('^') + oneCharacter + QLatin1Char('$'));
-    QStringList samples;
-    if (!expression.isValid()) {
-        return samples;
+    auto known = knownCharacters.find(oneCharacter);
+    if (known == knownCharacters.end()) {
+        known = knownCharacters.insert(oneCharacter, findCharacters(oneCharacter));
     }
-    for (const char candidate : "aZ0/_- .,:A1zx") {
-        const QString character(QLatin1Char{candidate});
-        if (candidate != '\0' && expression.match(character).hasMatch()) {
-            samples.append(character);
-        }
-    }
-    return samples.mid(0, 3);
+    return *known;
 }
 
 /// Whether what was read may repeat without a bound, or often enough to do harm.
@@ -203,6 +220,23 @@ bool Sampler::readQuantifier()
            std::max(match.captured(2).toInt(), match.captured(4).toInt()) >= often;
 }
 
+/// Whether at most one character repeats, as one sees without reading all of the pattern.
+bool repeatsOneCharacterAtMost(const QString& pattern)
+{
+    int count = 0;
+    for (int at = 0; at < pattern.size(); ++at) {
+        const QChar character = pattern.at(at);
+        if (character == QLatin1Char('*') || character == QLatin1Char('+') ||
+            character == QLatin1Char('{')) {
+            ++count;
+            if (count > 1 || (at > 0 && pattern.at(at - 1) == QLatin1Char(')'))) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 bool takesTooLong(const QRegularExpression& limited, const QString& text)
 {
     const QRegularExpressionMatch match = limited.match(text);
@@ -213,7 +247,11 @@ bool takesTooLong(const QRegularExpression& limited, const QString& text)
 
 QStringList temptingTexts(const QString& pattern)
 {
-    Sampler sampler(pattern);
+    if (repeatsOneCharacterAtMost(pattern)) {
+        return {};
+    }
+    thread_local QHash<QString, QStringList> knownCharacters; // few classes are in many patterns
+    Sampler sampler(pattern, knownCharacters);
     const QString whole = sampler.read().value(0);
     const QVector<Sampler::Repetition>& found = sampler.repetitions();
     QStringList texts;

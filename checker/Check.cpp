@@ -10,8 +10,6 @@
 #include <QFile>
 #include <QSet>
 
-#include <algorithm>
-
 namespace checker {
 
 using filehost::DescriptionPlaces;
@@ -47,17 +45,53 @@ std::shared_ptr<const JsonText> parse(CheckedFile& checked)
     return problems.isEmpty() ? text : nullptr;
 }
 
-Finding missing(const Link& link, const QString& what, const QString& name,
-                const QStringList& names)
-{
-    return {Code::MissingFile,
-            QLatin1String(linksFile),
-            {link.line, link.column, 1, {0, 0}, {}},
-            QStringLiteral("the link names the %1 %2, which is not there").arg(what, quoted(name)),
-            didYouMean(name, names, QStringLiteral("\"unitflow show\" lists what there is")),
-            std::nullopt,
-            0};
-}
+/// Finds links that name what is not there.
+class MissingFiles {
+public:
+    MissingFiles(const filehost::Workspace& workspace, CheckedFile& checked)
+        : descriptions(workspace.dependencyNames()),
+          configurations(workspace.instanceNames(Kind::Configuration)),
+          processes(workspace.instanceNames(Kind::Process)), checked(checked)
+    {}
+
+    void check(const Link& link, const DescriptionPlaces& places, JsonText::Index entry)
+    {
+        const auto lookFor = [&](const char* key, const Names& names, const QString& name) {
+            if (!names.known.contains(name)) {
+                const JsonText::Index cell = places.text().member(entry, QLatin1String(key));
+                add(places.valueAt(cell), names, name);
+            }
+        };
+        lookFor("source", configurations, link.source);
+        lookFor("target", link.isProcess ? processes : configurations, link.target);
+        lookFor("dependency", descriptions, link.dependency);
+    }
+
+private:
+    struct Names {
+        explicit Names(const QStringList& list) : list(list), known(list.begin(), list.end()) {}
+        QStringList list;
+        QSet<QString> known;
+    };
+
+    void add(const Place& place, const Names& names, const QString& name)
+    {
+        const QString what = &names == &descriptions ? QStringLiteral("description")
+                             : &names == &processes  ? QStringLiteral("process description")
+                                                     : QStringLiteral("configuration");
+        checked.findings.append(
+            {Code::MissingFile, checked.name, place,
+             QStringLiteral("there is no %1 %2; the link cannot be resolved")
+                 .arg(what, quoted(name)),
+             didYouMean(name, names.list, QStringLiteral("\"unitflow show\" lists what there is")),
+             std::nullopt, 0});
+    }
+
+    const Names descriptions;
+    const Names configurations;
+    const Names processes;
+    CheckedFile& checked;
+};
 
 } // namespace
 
@@ -98,31 +132,19 @@ CheckedFile WorkspaceCheck::checkLinks()
         }
         checked.findings.append(finding);
     }
-    const QStringList descriptions = workspace.dependencyNames();
-    const QStringList configurations = workspace.instanceNames(Kind::Configuration);
-    const QStringList processes = workspace.instanceNames(Kind::Process);
-    const QSet<QString> knownDescriptions(descriptions.begin(), descriptions.end());
-    const QSet<QString> knownConfigurations(configurations.begin(), configurations.end());
-    const QSet<QString> knownProcesses(processes.begin(), processes.end());
-    for (const Link& link : links) {
-        const QString configuration = QStringLiteral("configuration");
-        if (!knownConfigurations.contains(link.source)) {
-            checked.findings.append(missing(link, configuration, link.source, configurations));
-        }
-        if (!(link.isProcess ? knownProcesses : knownConfigurations).contains(link.target)) {
-            checked.findings.append(missing(
-                link, link.isProcess ? QStringLiteral("process description") : configuration,
-                link.target, link.isProcess ? processes : configurations));
-        }
-        if (!knownDescriptions.contains(link.dependency)) {
-            checked.findings.append(
-                missing(link, QStringLiteral("description"), link.dependency, descriptions));
+    QList<Problem> ignored; // the same as those above
+    if (const auto text = JsonText::parse(checked.bytes, checked.name, ignored)) {
+        const DescriptionPlaces places(text);
+        MissingFiles missing(workspace, checked);
+        auto link = links.cbegin();
+        for (const JsonText::Index entry : text->children(JsonText::root)) {
+            const filehost::json::Place place = text->place(text->node(entry).value.begin);
+            if (link != links.cend() && link->line == place.line && link->column == place.column) {
+                missing.check(*link++, places, entry); // entries with a problem have no link
+            }
         }
     }
-    std::stable_sort(checked.findings.begin(), checked.findings.end(),
-                     [](const Finding& left, const Finding& right) {
-                         return left.place.line < right.place.line;
-                     });
+    sortByPlace(checked.findings);
     return checked;
 }
 

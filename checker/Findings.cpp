@@ -29,6 +29,12 @@ Code codeOf(filehost::Problem::Code code)
     }
 }
 
+bool standsBefore(const Finding& left, const Finding& right)
+{
+    return left.place.line != right.place.line ? left.place.line < right.place.line
+                                               : left.place.column < right.place.column;
+}
+
 } // namespace
 
 Findings::Findings(const filehost::DescriptionPlaces& places) : places(places) {}
@@ -56,10 +62,13 @@ void Findings::add(const filehost::Link& link, Code code, const Place& place,
 QList<Finding> Findings::take()
 {
     ofLinks.clear();
-    std::stable_sort(found.begin(), found.end(), [](const Finding& left, const Finding& right) {
-        return left.place.bytes.begin < right.place.bytes.begin;
-    });
+    sortByPlace(found);
     return std::exchange(found, {});
+}
+
+void sortByPlace(QList<Finding>& findings)
+{
+    std::stable_sort(findings.begin(), findings.end(), standsBefore);
 }
 
 Finding findingOf(const filehost::Problem& problem)

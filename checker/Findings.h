@@ -46,6 +46,9 @@ private:
     QHash<QString, int> ofLinks; ///< by what makes findings the same
 };
 
+/// Findings at one place stay in their order.
+void sortByPlace(QList<Finding>& findings);
+
 /// What a problem of a file is as a finding.
 Finding findingOf(const filehost::Problem& problem);
 

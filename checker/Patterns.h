@@ -10,12 +10,18 @@
 
 namespace checker {
 
-/// A pattern as the engine compiles it. Matching an invalid one is an error that Qt writes about.
+/// In front of a pattern it changes nothing but the time that compiling and matching take.
+QString withoutMachineCode();
+
+/// A pattern as the engine understands it. Matching an invalid one is an error that Qt writes
+/// about.
 struct Pattern {
     QRegularExpression expression;
     bool isValid = false;
     QStringList groups; ///< by number, from the one for the whole match; "" without a name
 
+    /// Where in the pattern an invalid one is.
+    int errorOffset() const;
     bool hasGroups() const { return groups.size() > 1; }
     bool findsMatch(const QString& url) const;
 };

@@ -202,15 +202,15 @@ void RowChecker::checkPattern(Index cell, const QString& text, bool needsGroup)
 
 void RowChecker::reportInvalid(Index cell, const QString& text, int offset)
 {
-    const QRegularExpression expression = patterns[text].expression;
-    const int at = expression.patternErrorOffset();
+    const Pattern pattern = patterns[text];
+    const int at = pattern.errorOffset();
     const int shown = std::min(at, std::max(0, text.size() - 1));
     findings.add(Code::InvalidPattern, places.charactersAt(cell, offset + shown, 1),
                  QStringLiteral("the pattern is invalid at character %1: %2; it never matches")
                      .arg(at + 1)
-                     .arg(expression.errorString()),
-                 QStringLiteral("in JSON a backslash of a pattern is written twice, as in "
-                                "\"\\\\d\"; \"\\\\[\" stands for a bracket itself"));
+                     .arg(pattern.expression.errorString()),
+                 QStringLiteral("a bracket that stands for itself is written \"\\\\(\" or "
+                                "\"\\\\[\": in JSON each backslash stands twice"));
 }
 
 void RowChecker::reportSlow(Index cell, const QString& text)

@@ -105,6 +105,19 @@ void Console::show(const QString& lines)
     }
 }
 
+void Console::print(const QString& text)
+{
+    if (!text.isEmpty()) {
+        clearStatus();
+        send(streams.out, text);
+    }
+}
+
+void Console::chooseJson()
+{
+    chosen.json = true;
+}
+
 void Console::write(JsonDocument& document, ExitCode exitCode)
 {
     addProblems(document, reported);

@@ -42,6 +42,10 @@ public:
 
     /// Data for people, in whole lines. Nothing with --quiet or --json.
     void show(const QString& lines);
+    /// Data that is written whatever the options.
+    void print(const QString& text);
+    /// Makes it as if --json was given.
+    void chooseJson();
     /// Data for programs: adds what was reported and the exit code and closes the document.
     void write(JsonDocument& document, ExitCode exitCode);
     /// Writes what a document has so far.

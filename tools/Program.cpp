@@ -1,6 +1,7 @@
 #include "tools/Program.h"
 
 #include "filehost/NearestNames.h"
+#include "tools/CheckCommand.h"
 #include "tools/Command.h"
 #include "tools/Console.h"
 #include "tools/ExplainCommand.h"
@@ -29,9 +30,9 @@ namespace tools {
 namespace {
 
 const char* const examples =
-    R"(Exit code: 0 if all is done, 1 if something did not resolve, 2 after wrong usage
-or an input or output error. Colors are for terminals only, and not if NO_COLOR
-is set.
+    R"(Exit code: 0 if all is done, 1 if something did not resolve or mistakes were
+found, 2 after wrong usage or an input or output error. Colors are for terminals
+only, and not if NO_COLOR is set.
 
 Examples:
   unitflow init my-line
@@ -55,6 +56,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<WhyCommand>());
     commands.push_back(std::make_unique<TypesCommand>());
     commands.push_back(std::make_unique<SchemaCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
     commands.push_back(std::make_unique<InitCommand>());
     return commands;
 }

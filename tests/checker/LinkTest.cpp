@@ -144,7 +144,7 @@ TEST(LinkFindings, tell_what_links_name_and_is_not_there)
 ])");
     const QList<Finding> findings = workspace.check();
     EXPECT_EQ(told(findings),
-              (QStringList{"2:1+1 missing-file", "3:1+1 missing-file", "3:1+1 missing-file",
+              (QStringList{"2:12+11 missing-file", "3:36+9 missing-file", "3:78+6 missing-file",
                            "4:1+1 bad-link", "4:26+1 bad-link"}));
     EXPECT_EQ(findings.first().file, "links.json");
     EXPECT_TRUE(findings.first().advice.contains("\"controller\""));

@@ -43,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(Of, HelpText,
                                          Help{"why", {QStringLiteral("why")}},
                                          Help{"types", {QStringLiteral("types")}},
                                          Help{"schema", {QStringLiteral("schema")}},
+                                         Help{"check", {QStringLiteral("check")}},
                                          Help{"init", {QStringLiteral("init")}}),
                          [](const testing::TestParamInfo<Help>& test) { return test.param.title; });
 

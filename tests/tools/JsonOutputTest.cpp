@@ -444,6 +444,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
                 QStringLiteral("Oven1/Temperature")}),
         asJson({QStringLiteral("types")}),
         asJson({QStringLiteral("schema")}),
+        asJson({QStringLiteral("check")}),
         asJson({QStringLiteral("init"), folder.filePath(QStringLiteral("line"))})};
 
     QMap<QString, QSet<QString>> found;
@@ -452,7 +453,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         addFields(document, {}, found[document[QStringLiteral("format")].toString()]);
     }
 
-    EXPECT_EQ(found.size(), 9);
+    EXPECT_EQ(found.size(), 10);
     QSet<QString> foundCommon;
     for (auto format = found.begin(); format != found.end(); ++format) {
         QSet<QString> expected = documented.value(format.key());
