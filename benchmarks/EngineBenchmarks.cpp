@@ -4,6 +4,7 @@
 #include "DependencyWalker.h"
 #include "Graphs.h"
 #include "MemoryTree.h"
+#include "checker/Check.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <QList>
@@ -380,6 +381,18 @@ void build(State& state, Watching watching)
     }
 }
 
+/// A check of a description by itself, its parsing included.
+void check(State& state, Watching watching)
+{
+    const QByteArray bytes = graphs::description(manyNodes, watching).toUtf8();
+    while (state.KeepRunning()) {
+        const double start = seconds();
+        const checker::CheckedFile checked = checker::checkText(bytes, QStringLiteral("graph"));
+        state.SetIterationTime(seconds() - start);
+        require(checked.findings.isEmpty(), "the description is taken for a wrong one");
+    }
+}
+
 void registerAll()
 {
     using benchmark::RegisterBenchmark;
@@ -400,6 +413,7 @@ void registerAll()
         const std::string what = watching == Watching::Urls ? "urls" : "patterns";
         RegisterBenchmark(("parse/" + what).c_str(), parse, watching)->UseManualTime();
         RegisterBenchmark(("build/" + what).c_str(), build, watching)->UseManualTime();
+        RegisterBenchmark(("check/" + what).c_str(), check, watching)->UseManualTime();
     }
 }
 

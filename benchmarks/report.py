@@ -69,6 +69,8 @@ ROWS = [
     Row("build, 10,000 plain URLs", "build", "build/urls", "parse/urls", 1.0),
     Row("build, 10,000 patterns", "build", "build/patterns", "parse/patterns", 1.0),
     Row("build, what patterns add", "build", index_build, "parse/patterns", 0.25),
+    Row("check, 10,000 plain URLs", "build", "check/urls", "parse/urls", 3.0),
+    Row("check, 10,000 patterns", "build", "check/patterns", "parse/patterns", 3.0),
     Row("memory, 10,000 patterns", "memory", beyond_nodes, "limit", 1.0, unit="B"),
     Row("unitflow set", "set", "set", "floor"),
     Row("resolve --all on disk, one job", "disk", "one job", "floor", 1.5),

@@ -220,8 +220,8 @@ bool Sampler::readQuantifier()
            std::max(match.captured(2).toInt(), match.captured(4).toInt()) >= often;
 }
 
-/// Whether at most one character repeats, as one sees without reading all of the pattern.
-bool repeatsOneCharacterAtMost(const QString& pattern)
+/// Whether at most two characters repeat, as one sees without reading all of the pattern.
+bool repeatsTwoCharactersAtMost(const QString& pattern)
 {
     int count = 0;
     for (int at = 0; at < pattern.size(); ++at) {
@@ -229,7 +229,7 @@ bool repeatsOneCharacterAtMost(const QString& pattern)
         if (character == QLatin1Char('*') || character == QLatin1Char('+') ||
             character == QLatin1Char('{')) {
             ++count;
-            if (count > 1 || (at > 0 && pattern.at(at - 1) == QLatin1Char(')'))) {
+            if (count > 2 || (at > 0 && pattern.at(at - 1) == QLatin1Char(')'))) {
                 return false;
             }
         }
@@ -247,7 +247,7 @@ bool takesTooLong(const QRegularExpression& limited, const QString& text)
 
 QStringList temptingTexts(const QString& pattern)
 {
-    if (repeatsOneCharacterAtMost(pattern)) {
+    if (repeatsTwoCharactersAtMost(pattern)) {
         return {};
     }
     thread_local QHash<QString, QStringList> knownCharacters; // few classes are in many patterns
@@ -255,7 +255,10 @@ QStringList temptingTexts(const QString& pattern)
     const QString whole = sampler.read().value(0);
     const QVector<Sampler::Repetition>& found = sampler.repetitions();
     QStringList texts;
-    if (found.isEmpty() || (found.size() == 1 && !found.first().isOfGroup)) {
+    const bool repeatsGroup =
+        std::any_of(found.begin(), found.end(),
+                    [](const Sampler::Repetition& repetition) { return repetition.isOfGroup; });
+    if (found.size() <= 2 && !repeatsGroup) {
         return texts;
     }
     for (const Sampler::Repetition& repetition : found) {

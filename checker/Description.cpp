@@ -56,6 +56,14 @@ QString cells(int count)
     return count == 1 ? QStringLiteral("1 cell") : QStringLiteral("%1 cells").arg(count);
 }
 
+/// The keyword that a key may have been meant for; empty when it is like none.
+QString nearestKeyword(const QString& key)
+{
+    return filehost::nearestName(key,
+                                 {Keywords::getNodeTypeString(), Keywords::getNextNodeKeyword(),
+                                  Keywords::getCommandKeyword()});
+}
+
 bool startsWithCondition(const QString& key)
 {
     return key.startsWith(QLatin1String("Condition"), Qt::CaseInsensitive);
@@ -150,13 +158,16 @@ void Reader::readType(Node& node, Index type, const QStringList& others, bool is
                    : QStringLiteral("its edge leads nowhere, but counts as one");
     const QString keyword = Keywords::getNodeTypeString();
     if (type == JsonText::none) {
-        const bool isMiscased = others.contains(keyword, Qt::CaseInsensitive);
+        const auto similar = std::find_if(others.begin(), others.end(), [&](const QString& key) {
+            return nearestKeyword(key) == keyword;
+        });
         findings.add(
             Code::MissingType, places.keyAt(node.member),
             QStringLiteral("the node %1 has no %2; %3")
                 .arg(quoted(text.key(node.member)), quoted(keyword), consequence),
-            isMiscased
-                ? QStringLiteral("keywords are case-sensitive: write %1").arg(quoted(keyword))
+            similar != others.end()
+                ? QStringLiteral("write %1 instead of %2; case counts")
+                      .arg(quoted(keyword), quoted(*similar))
                 : QStringLiteral("write %1: with one of %2; a remark has a key that begins "
                                  "with \"@\"")
                       .arg(quoted(keyword), listed(nodeTypes)));
@@ -179,9 +190,7 @@ void Reader::passOver(Index member, const QString& key, bool lacksType)
 {
     const Place place = places.keyAt(member);
     const QString nearestCondition = filehost::nearestName(key, conditionTypes);
-    const QString keyword =
-        filehost::nearestName(key, {Keywords::getNodeTypeString(), Keywords::getNextNodeKeyword(),
-                                    Keywords::getCommandKeyword()});
+    const QString keyword = nearestKeyword(key);
     if (startsWithCondition(key)) {
         findings.add(Code::UnknownCondition, place,
                      QStringLiteral("there is no condition %1; the engine does not look at it, and "

@@ -42,8 +42,9 @@ INSTANTIATE_TEST_SUITE_P(Of, QuickPattern,
                                          "\\Q(a+)+\\E", "((((((((((a+))))))))))", "x*y*z*", "(",
                                          "[a"));
 
-TEST(TemptingTexts, are_none_for_patterns_that_repeat_at_most_one_character)
+TEST(TemptingTexts, are_none_for_patterns_that_repeat_at_most_two_characters)
 {
-    EXPECT_TRUE(temptingTexts("^Settings/.*Unit$").isEmpty());
+    EXPECT_TRUE(temptingTexts("^Settings/.*Unit.*$").isEmpty());
+    EXPECT_FALSE(temptingTexts("^.*Settings/.*Unit.*$").isEmpty());
     EXPECT_FALSE(temptingTexts("^(a+)+$").isEmpty());
 }

@@ -66,6 +66,13 @@ TEST(DescriptionFindings, tell_apart_a_missing_type_and_one_in_another_case)
     EXPECT_FALSE(findingsIn(QString(R"({"N": {}})")).first().advice.contains("case"));
 }
 
+TEST(DescriptionFindings, name_the_key_that_was_meant_to_be_the_type)
+{
+    const QList<Finding> findings = findingsIn(QString(R"({"N": {"Typ": "SwitchNode"}})"));
+    ASSERT_EQ(told(findings), QStringList{"1:2+3 missing-type"});
+    EXPECT_TRUE(findings.first().advice.contains("\"Typ\""));
+}
+
 TEST(DescriptionFindings, say_where_commands_and_successors_belong)
 {
     const auto advice = [](const QString& member) {
