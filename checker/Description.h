@@ -32,7 +32,7 @@ struct Table {
 
 /// A node, and what stands in it.
 struct Node {
-    Index member;
+    Index member = filehost::json::JsonText::none;
     const TypeDescription* type = nullptr; ///< null when it is unknown
     std::vector<Table> conditions;         ///< of the edge to this node
     std::vector<Table> commands;

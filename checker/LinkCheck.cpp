@@ -59,8 +59,7 @@ private:
     QList<Target> filledTarget(Index cell);
     void checkTargets(Index cell, const QList<Target>& targets);
     void checkColumn(Index cell, const Row& row, const TableDescription& table);
-    void noteSetting(const Row& row, const TableDescription& table, Index cell,
-                     const Target& target);
+    void noteSetting(const Row& row, const TableDescription& table, Index cell, const Target& set);
     QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
 
     const DescriptionPlaces& places;
@@ -399,7 +398,7 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
                               const Target& set)
 {
     const QString unit = unitOf(row, table, set);
-    if (unit.isEmpty() || this->target.at(set.url).isNull()) {
+    if (unit.isEmpty() || target.at(set.url).isNull()) {
         return;
     }
     const bool hasColumn = row.cell(table, CellRole::TargetColumn) != JsonText::none;

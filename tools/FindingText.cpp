@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <array>
 
 namespace tools {
 
@@ -49,9 +50,9 @@ QString lineOf(const QByteArray& bytes, int line)
 }
 
 /// Some characters of a line, counted as places count them.
-QString characters(const QVector<uint>& line, int first, int count)
+QString characters(const QVector<uint>& line, int column, int length)
 {
-    const QVector<uint> some = line.mid(first, count);
+    const QVector<uint> some = line.mid(column, length);
     return printable(QString::fromUcs4(some.constData(), some.size())).remove(QLatin1Char('\r'));
 }
 
@@ -183,16 +184,16 @@ QString findingsText(const CheckedFile& file, bool color)
 
 QString findingsSummary(const QList<CheckedFile>& files)
 {
-    int counts[] = {0, 0, 0};
+    std::array<int, 3> counts{}; // by severity
     for (const CheckedFile& file : files) {
         for (const Finding& finding : file.findings) {
-            ++counts[static_cast<int>(codeOf(finding).severity)];
+            ++counts[static_cast<std::size_t>(codeOf(finding).severity)];
         }
     }
     QStringList parts;
     for (const checker::Severity severity :
          {checker::Severity::Error, checker::Severity::Warning, checker::Severity::Note}) {
-        const int count = counts[static_cast<int>(severity)];
+        const int count = counts[static_cast<std::size_t>(severity)];
         if (count > 0) {
             parts.append(counted(count, nameOf(severity), nameOf(severity) + QLatin1Char('s')));
         }
