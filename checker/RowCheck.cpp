@@ -45,13 +45,13 @@ private:
     void checkIsText(Index cell, const ColumnDescription& column);
     void checkSourceUrl(Index cell, const QString& url);
     void checkComparator(Index cell, const QString& comparator);
-    void checkPattern(Index cell, const QString& pattern, bool needsGroup);
-    void checkColumn(Index cell, const QString& target);
+    void checkPattern(Index cell, const QString& text, bool needsGroup);
+    void checkColumn(Index cell, const QString& text);
     void checkPlaces(Index cell, const QString& url);
     void checkTemplate(Index cell, const QString& url);
     void checkGroups(const Row& row);
-    void reportInvalid(Index cell, const QString& pattern, int offset);
-    void reportSlow(Index cell, const QString& pattern);
+    void reportInvalid(Index cell, const QString& text, int offset);
+    void reportSlow(Index cell, const QString& text);
     void reportEmpty(Index cell, const QString& what);
 
     const TableDescription& columns;
