@@ -374,7 +374,7 @@ QList<CodeDescription> rowCodes()
              R"("CommandSetUnitByConfigurationParameter": [["Settings/Unit", "", "Line/Speed"]])"))},
         {Code::UnknownComparator, "unknown-comparator", Severity::Error,
          "There is no comparator like that",
-         "A comparator is \"==\" or \"!=\". With any other text the row never holds.",
+         R"(A comparator is "==" or "!=". With any other text the row never holds.)",
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "=", "lab"]])")),
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "==", "lab"]])"))},
     };

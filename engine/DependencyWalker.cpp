@@ -37,7 +37,7 @@ QString selectingPattern(const QList<QSharedPointer<NodeBase>>& matching, int in
     auto earlier = std::count(matching.cbegin(), matching.cbegin() + index, node);
     const QString& prefix = DependencyWalkerDefinitions::getPrefixRegularExpression();
     for (const QString& watched : node.isNull() ? QStringList() : node->getConditionUrls()) {
-        const QString pattern = watched.mid(prefix.size());
+        QString pattern = watched.mid(prefix.size());
         if (watched.startsWith(prefix) && patterns::Pattern(pattern).findsMatch(url) &&
             earlier-- == 0) {
             return pattern;

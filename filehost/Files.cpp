@@ -39,15 +39,19 @@ void failToRead(QList<Problem>& problems, const File& file, int error)
         QStringLiteral("check its permissions and the disk"));
 }
 
+int openToRead(const QByteArray& path)
+{
+    // Opening a pipe would wait for its writer.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system declares it like this
+    return ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+}
+
 /// A file opened for reading by the system itself: most of what a workspace is made of are small
 /// files, and `QFile` asks twice as much about one as reading it takes.
 class Source {
 public:
     explicit Source(const File& file)
-        // Opening a pipe would wait for its writer.
-        : descriptor(
-              ::open(QFile::encodeName(file.path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)),
-          error(errno)
+        : descriptor(openToRead(QFile::encodeName(file.path))), error(errno)
     {}
     ~Source()
     {
