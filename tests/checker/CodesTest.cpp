@@ -10,7 +10,13 @@
 #include <algorithm>
 #include <ostream>
 
-using namespace checker;
+using checker::CodeDescription;
+using checker::codes;
+using checker::describe;
+using checker::explain;
+using checker::explainAll;
+using checker::findCode;
+using checker::Finding;
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <gtest/gtest.h>
 
-using namespace checker;
+using checker::Finding;
 
 namespace {
 

@@ -8,7 +8,11 @@
 
 #include <ostream>
 
-using namespace checker;
+using checker::checkText;
+using checker::describe;
+using checker::Example;
+using checker::Finding;
+using checker::WorkspaceCheck;
 
 ExampleWorkspace::ExampleWorkspace(const Example& example)
 {

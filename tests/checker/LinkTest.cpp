@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-using namespace checker;
+using checker::Example;
+using checker::Finding;
 
 namespace {
 

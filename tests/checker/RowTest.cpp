@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
-using namespace checker;
+using checker::Code;
+using checker::describe;
+using checker::Finding;
 
 namespace {
 

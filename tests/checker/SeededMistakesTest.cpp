@@ -4,7 +4,8 @@
 
 #include <ostream>
 
-using namespace checker;
+using checker::describe;
+using checker::Finding;
 
 namespace {
 
