@@ -12,7 +12,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <utility>
 
 namespace tools {
 
@@ -123,8 +122,8 @@ bool CheckCommand::checkAll(Console& console)
     isRead = add(check.checkLinks(), {}, console) && isRead;
     for (const QString& name : workspace->dependencyNames()) {
         QList<Problem> unreadable;
-        CheckedFile file = check.checkDescription(name, unreadable);
-        isRead = add(std::move(file), unreadable, console) && isRead;
+        const CheckedFile file = check.checkDescription(name, unreadable);
+        isRead = add(file, unreadable, console) && isRead;
     }
     return isRead;
 }
@@ -160,8 +159,8 @@ bool CheckCommand::checkFile(const QString& argument, const std::optional<Worksp
     }
     QList<Problem> problems;
     if (!name.isEmpty()) {
-        CheckedFile file = check->checkDescription(name, problems);
-        return add(std::move(file), problems, console);
+        const CheckedFile file = check->checkDescription(name, problems);
+        return add(file, problems, console);
     }
     QFile file(path);
     if (!QFileInfo::exists(path)) {
@@ -178,10 +177,10 @@ bool CheckCommand::checkFile(const QString& argument, const std::optional<Worksp
     return add(checker::checkText(file.readAll(), argument), {}, console);
 }
 
-bool CheckCommand::add(CheckedFile&& file, const QList<Problem>& problems, Console& console)
+bool CheckCommand::add(const CheckedFile& file, const QList<Problem>& problems, Console& console)
 {
     console.report(problems);
-    files.append(std::move(file));
+    files.append(file);
     return problems.isEmpty();
 }
 

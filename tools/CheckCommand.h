@@ -26,7 +26,7 @@ private:
     bool checkFiles(Console& console);
     bool checkFile(const QString& argument, const std::optional<filehost::Workspace>& workspace,
                    std::optional<checker::WorkspaceCheck>& check, Console& console);
-    bool add(checker::CheckedFile&& file, const QList<filehost::Problem>& problems,
+    bool add(const checker::CheckedFile& file, const QList<filehost::Problem>& problems,
              Console& console);
     ExitCode write(Console& console, bool isRead) const;
     bool hasFailed() const;

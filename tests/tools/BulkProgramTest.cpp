@@ -128,11 +128,13 @@ TEST_P(InterruptedRun, finishes_the_files_at_hand_and_goes_on_when_it_is_run_aga
               QStringLiteral("error: interrupted with %1 links left of 700\n"
                              "    what was done is kept; run the same command again to go on\n")
                   .arg(instances - written));
+    const QString noun = written == 1 ? QStringLiteral("instance") : QStringLiteral("instances");
     EXPECT_TRUE(
-        result.out.endsWith(QStringLiteral("%1 leaves changed in %2 instances.\n"
-                                           "%2 of 700 links resolved, %3 left; %4 files written.\n")
+        result.out.endsWith(QStringLiteral("%1 leaves changed in %2 %3.\n"
+                                           "%2 of 700 links resolved, %4 left; %5 files written.\n")
                                 .arg(leaves * written)
                                 .arg(written)
+                                .arg(noun)
                                 .arg(instances - written)
                                 .arg(written + 1)))
         << result.out.right(200).toStdString();
