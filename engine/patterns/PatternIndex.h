@@ -38,7 +38,7 @@ public:
     ~PatternIndex();
 
     /// Adds a pattern, valid or not, with the node that it concerns. Equal patterns share one
-    /// expression.
+    /// expression from the next seal on.
     void add(const QString& pattern, const QSharedPointer<NodeBase>& node);
 
     /// Makes answers quick. What is added afterwards is tried one by one until the next time.
