@@ -1,7 +1,7 @@
 #ifndef UNITFLOW_TOOLS_COMMAND_H
 #define UNITFLOW_TOOLS_COMMAND_H
 
-#include "tools/ExitCode.h"
+#include "tools/console/ExitCode.h"
 
 namespace CLI {
 class App;

@@ -1,8 +1,8 @@
 #ifndef UNITFLOW_TOOLS_PROGRAM_H
 #define UNITFLOW_TOOLS_PROGRAM_H
 
-#include "tools/ExitCode.h"
-#include "tools/Streams.h"
+#include "tools/console/ExitCode.h"
+#include "tools/console/Streams.h"
 
 #include <string>
 #include <vector>

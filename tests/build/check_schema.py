@@ -21,8 +21,8 @@ from jsonschema import Draft7Validator
 COMMITTED = "docs/description.schema.json"
 DESCRIPTIONS = [
     "examples/*/dependency/**/*.json",
-    "tools/starter/dependency/**/*.json",
-    "tools/types/*.json",
+    "tools/workspace/starter/dependency/**/*.json",
+    "tools/types/examples/*.json",
 ]
 KEYWORDS = re.compile(r"Type|Next|Commands|(Command|Condition)[A-Z]\w+")
 STOP = re.compile(r"\$\{\d+(?::([^}]*)|\|([^,|]*)[^}]*\|)\}")

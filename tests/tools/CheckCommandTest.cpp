@@ -1,6 +1,6 @@
 #include "Fixture.h"
 #include "GeneratedWorkspace.h"
-#include "tools/Text.h"
+#include "tools/console/Text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "Fixture.h"
 #include "tools/Program.h"
-#include "tools/Text.h"
+#include "tools/console/Text.h"
 
 #include <QRegularExpression>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tools/Interruption.h"
+#include "tools/resolve/Interruption.h"
 
 #include <gtest/gtest.h>
 

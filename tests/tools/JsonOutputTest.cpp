@@ -1,5 +1,5 @@
 #include "Fixture.h"
-#include "tools/Json.h"
+#include "tools/console/Json.h"
 
 #include <QFile>
 #include <QJsonArray>

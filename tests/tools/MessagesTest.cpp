@@ -1,4 +1,4 @@
-#include "tools/Messages.h"
+#include "tools/console/Messages.h"
 
 #include "Fixture.h"
 

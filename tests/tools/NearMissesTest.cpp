@@ -1,4 +1,4 @@
-#include "tools/NearMisses.h"
+#include "tools/explain/NearMisses.h"
 
 #include "Fixture.h"
 

@@ -1,4 +1,4 @@
-#include "tools/Outline.h"
+#include "tools/console/Outline.h"
 
 #include "Fixture.h"
 

@@ -1,8 +1,8 @@
-#include "tools/Progress.h"
+#include "tools/console/Progress.h"
 
 #include "Fixture.h"
-#include "tools/Console.h"
-#include "tools/Text.h"
+#include "tools/console/Console.h"
+#include "tools/console/Text.h"
 
 #include <gtest/gtest.h>
 

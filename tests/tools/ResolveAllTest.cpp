@@ -1,10 +1,10 @@
 #include "Fixture.h"
 #include "GeneratedWorkspace.h"
 #include "filehost/LinkPlan.h"
-#include "tools/Changes.h"
-#include "tools/Console.h"
-#include "tools/Links.h"
-#include "tools/Summary.h"
+#include "tools/console/Console.h"
+#include "tools/resolve/Summary.h"
+#include "tools/workspace/Changes.h"
+#include "tools/workspace/Links.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,4 +1,4 @@
-#include "tools/ResultWindow.h"
+#include "tools/resolve/ResultWindow.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/Streams.h"
+#include "tools/console/Streams.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/Table.h"
+#include "tools/console/Table.h"
 
 #include "Fixture.h"
 

@@ -1,4 +1,4 @@
-#include "tools/TraceTree.h"
+#include "tools/explain/TraceTree.h"
 
 #include "Fixture.h"
 

@@ -1,6 +1,6 @@
 #include "Fixture.h"
-#include "tools/Text.h"
-#include "tools/Types.h"
+#include "tools/console/Text.h"
+#include "tools/types/Types.h"
 
 #include <QDir>
 #include <QDirIterator>

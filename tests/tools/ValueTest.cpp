@@ -1,4 +1,4 @@
-#include "tools/Value.h"
+#include "tools/console/Value.h"
 
 #include "Fixture.h"
 

@@ -1,7 +1,7 @@
 #include "Fixture.h"
 #include "GeneratedWorkspace.h"
 #include "ProgramFixture.h"
-#include "tools/Text.h"
+#include "tools/console/Text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
