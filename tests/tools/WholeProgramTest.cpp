@@ -195,8 +195,8 @@ TEST(Program, that_a_missing_column_ends_names_it_as_a_possible_cause)
         result.err.startsWith(QStringLiteral("error: dependency/units.json: ASSERT failure")))
         << result.err.toStdString();
     EXPECT_TRUE(result.err.contains(QStringLiteral(
-        "\n    the program ends here and writes nothing more; look for a row with too few\n"
-        "    cells in the description, or for a column that the array does not have\n")))
+        "\n    the program ends here and writes nothing more: a row has too few cells, or\n"
+        "    names a column that the array does not have; \"unitflow check\" tells which\n")))
         << result.err.toStdString();
 }
 
@@ -217,6 +217,26 @@ TEST(Program, that_explains_a_missing_column_tells_the_way_there_before_it_ends)
         QStringLiteral("{\"event\":\"command-row\",\"row\":0,\"outcome\":\"column-out-of-range\","
                        "\"target\":\"Log\",\"unit\":\"°C\",\"column\":2}\n")))
         << trace.out.toStdString();
+}
+
+TEST(Program, that_looks_for_who_sets_a_unit_ends_at_a_missing_column_and_says_who_names_the_row)
+{
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    QByteArray(columnDescription).replace("Log[2-1]", "Log[2]"));
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "recorder", "dependency": "units"}])");
+    const Result why =
+        runShell(workspace.path(), QStringLiteral("ulimit -c 0; unitflow why recorder Log"));
+    EXPECT_NE(why.exitCode, 0);
+    EXPECT_TRUE(why.err.contains(QStringLiteral(
+        "\n    the program ends here, as it would when that row is run: it has too few\n"
+        "    cells, or names a column that the array does not have; \"unitflow check\"\n"
+        "    tells which\n")))
+        << why.err.toStdString();
+    const Result check = runShell(workspace.path(), QStringLiteral("unitflow check"));
+    EXPECT_TRUE(check.out.contains(QStringLiteral("[column-out-of-range]")))
+        << check.out.toStdString();
 }
 
 TEST(Terminal, gets_color)

@@ -146,8 +146,9 @@ Diagnostic fatalProblem(const Session& session, const Link& link, const QString&
     return {
         Severity::Error,
         {Problem::Code::Shape, fileOf(session.workspace(), link.dependency), 0, 0, message,
-         QStringLiteral("the program ends here, as it would when that row is run; look for a "
-                        "row with too few cells, or for a column that the array does not have")},
+         QStringLiteral("the program ends here, as it would when that row is run: it has too few "
+                        "cells, or names a column that the array does not have; \"unitflow check\" "
+                        "tells which")},
         link};
 }
 

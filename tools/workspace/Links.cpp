@@ -78,9 +78,9 @@ LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
 {
     Messages messages([&](const QString& message) {
         Problem problem = inDescription(link, message);
-        problem.advice = QStringLiteral("the program ends here and writes nothing more; look for a "
-                                        "row with too few cells in the description, or for a "
-                                        "column that the array does not have");
+        problem.advice = QStringLiteral("the program ends here and writes nothing more: a row has "
+                                        "too few cells, or names a column that the array does not "
+                                        "have; \"unitflow check\" tells which");
         lastWords({Severity::Error, problem, link});
     });
 
