@@ -134,6 +134,19 @@ TEST(Explain, says_why_what_did_not_happen_did_not)
     expectGolden(QStringLiteral("explain-odd"), result.out);
 }
 
+TEST(Explain, names_the_leaf_that_is_nearest_to_a_missing_target)
+{
+    const TestWorkspace workspace;
+    QByteArray description = workspace.files().value(QStringLiteral("dependency/units.json"));
+    ASSERT_TRUE(description.contains("%1/%2"));
+    description.replace("%1/%2", "%1/Temprature");
+    workspace.write(QStringLiteral("dependency/units.json"), description);
+    const QString text = run(workspace, explainUnit()).out;
+    EXPECT_TRUE(text.contains(QStringLiteral("the target has no such leaf; the nearest is")) &&
+                text.contains(QStringLiteral(" Oven1/Temperature ")))
+        << text.toStdString();
+}
+
 TEST(Explain, shows_every_step_with_all)
 {
     const TestWorkspace workspace;

@@ -26,6 +26,7 @@ namespace tools {
 
 namespace {
 
+using filehost::Instance;
 using filehost::Kind;
 using filehost::Link;
 using filehost::Problem;
@@ -66,6 +67,19 @@ QString placeWithoutColon(const Link& link)
 {
     const QString place = placeOf(link);
     return place.left(place.lastIndexOf(QLatin1Char(':')));
+}
+
+/// The URLs of the leaves of a link's target, looked up once.
+TraceText::TargetUrls leavesOf(Session& session, const Link& link)
+{
+    const Instance target{link.isProcess ? Kind::Process : Kind::Configuration, link.target};
+    return [&session, target, urls = std::optional<QStringList>()]() mutable {
+        if (!urls) {
+            const BaseClassSharedPointer root = session.view(target);
+            urls = root.isNull() ? QStringList() : urlsOf(leavesBelow(root, QString()));
+        }
+        return *urls;
+    };
 }
 
 } // namespace
@@ -212,7 +226,7 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
 }
 
 /// False when there is nothing to tell but that nobody watches the URL.
-bool ExplainCommand::addLink(const Session& session, const LinkRun& run, const LinkTrace& trace,
+bool ExplainCommand::addLink(Session& session, const LinkRun& run, const LinkTrace& trace,
                              const QList<NearMiss>& misses, Outline& outline) const
 {
     const Link& link = run.link;
@@ -226,7 +240,7 @@ bool ExplainCommand::addLink(const Session& session, const LinkRun& run, const L
     const DescriptionFile file(session.workspace(), link.dependency);
     outline.addHeading(describe(link), placeWithoutColon(link));
     TraceText text(file, isAll ? TraceText::Extent::Everything : TraceText::Extent::Decisive,
-                   outline);
+                   outline, leavesOf(session, link));
     for (const TraversalRun& traversal : trace.traversals) {
         text.add(traversal);
     }
@@ -287,7 +301,7 @@ ExitCode ExplainCommand::explainFile(Console& console)
     for (const LinkTrace& link : traceTree(recorder.events())) {
         outline.addHeading(headingOf(link), {});
         TraceText text(unknown, isAll ? TraceText::Extent::Everything : TraceText::Extent::Decisive,
-                       outline);
+                       outline, {});
         for (const TraversalRun& traversal : link.traversals) {
             text.add(traversal);
         }

@@ -36,7 +36,7 @@ private:
     void runLinks(filehost::Session& session, const QList<filehost::Link>& links,
                   TraceRecorder& recorder, Console& console);
     void showLinks(filehost::Session& session, const TraceRecorder& recorder, Console& console);
-    bool addLink(const filehost::Session& session, const LinkRun& run, const LinkTrace& trace,
+    bool addLink(filehost::Session& session, const LinkRun& run, const LinkTrace& trace,
                  const QList<NearMiss>& misses, Outline& outline) const;
     void showChanges(const Changes& changes, Console& console) const;
 

@@ -1,10 +1,12 @@
 #include "tools/explain/TraceText.h"
 
+#include "filehost/NearestNames.h"
 #include "tools/console/Outline.h"
 #include "tools/console/Text.h"
 #include "tools/explain/TraceWords.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tools {
 
@@ -94,8 +96,9 @@ QString reasonOf(Decision decision)
 
 } // namespace
 
-TraceText::TraceText(const DescriptionFile& file, Extent extent, Outline& outline)
-    : file(file), extent(extent), outline(outline)
+TraceText::TraceText(const DescriptionFile& file, Extent extent, Outline& outline,
+                     TargetUrls targetUrls)
+    : file(file), extent(extent), outline(outline), targetUrls(std::move(targetUrls))
 {}
 
 void TraceText::add(const TraversalRun& traversal)
@@ -163,7 +166,8 @@ void TraceText::addCommand(const CommandRun& command, const Where& node)
             continue;
         }
         const DescriptionFile::Row row = file.row(table, Kind::Command, told.row);
-        outline.addLine(where.level, wordsFor(told, type, row, url), placeOr(row.place, type, row));
+        outline.addLine(where.level, wordsFor(told, type, row, url) + nearestTarget(told),
+                        placeOr(row.place, type, row));
     }
     addOmitted(kept.omitted() + skipped.omitted(), where.level);
     const QList<DescriptionFile::Row> dropped = file.droppedRows(table, Kind::Command);
@@ -264,6 +268,17 @@ void TraceText::addOmitted(int count, int level)
     if (count > 0) {
         outline.addLine(level, QStringLiteral("... and %1 more rows; --all shows them").arg(count));
     }
+}
+
+/// Words to follow those for a row whose target is not there.
+QString TraceText::nearestTarget(const TraversalObserver::CommandRow& told) const
+{
+    if (told.outcome != TraversalObserver::RowOutcome::NoTarget || !targetUrls) {
+        return {};
+    }
+    const QString nearest = filehost::nearestName(told.targetUrl, targetUrls());
+    return nearest.isEmpty() ? QString()
+                             : QStringLiteral("; the nearest is %1").arg(printable(nearest));
 }
 
 /// A row without a place is named by its table and number.

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace tools {
 
 class Outline;
@@ -20,7 +22,11 @@ class TraceText {
 public:
     enum class Extent { Decisive, Everything };
 
-    TraceText(const DescriptionFile& file, Extent extent, Outline& outline);
+    /// The URLs of all leaves of the target, asked for when a row names none of them.
+    using TargetUrls = std::function<QStringList()>;
+
+    /// `targetUrls` may be empty, as when there is only a trace.
+    TraceText(const DescriptionFile& file, Extent extent, Outline& outline, TargetUrls targetUrls);
 
     void add(const TraversalRun& traversal);
 
@@ -38,12 +44,14 @@ private:
     void addFollowed(const EdgeRun& edge, const QString& name, const Where& where);
     void addCondition(const ConditionRun& condition, const Where& successor);
     void addOmitted(int count, int level);
+    QString nearestTarget(const TraversalObserver::CommandRow& told) const;
     QString placeOr(const QString& place, const QString& type,
                     const DescriptionFile::Row& row) const;
 
     const DescriptionFile& file;
     const Extent extent;
     Outline& outline;
+    const TargetUrls targetUrls;
     QString url;                         // the written one
     QMap<QStringList, QStringList> told; // of each node, by its path, when it ran last
 };
