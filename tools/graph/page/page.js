@@ -1,0 +1,735 @@
+"use strict";
+(() => {
+    const byId = id => document.getElementById(id);
+    const stage = byId("stage");
+    const svg = document.querySelector("#drawing svg");
+    const panel = byId("panel");
+    const search = byId("search");
+    const pick = byId("pick");
+
+    /* ---- the graph ---- */
+
+    const nothing = { nodes: [], edges: [], writes: [], trace: null, link: null, description: "" };
+    const data = JSON.parse(byId("graph-data").textContent);
+    const known = data.format === "unitflow-graph" && data.version === 1;
+    const graph = known ? data : nothing;
+    if (!known) {
+        byId("problem").textContent = "This page shows graphs of version 1, but this one is of version "
+            + `${data.version}: only its drawing can be shown. Make the page anew.`;
+        byId("problem").hidden = false;
+    }
+
+    const watchKey = watch => (watch.pattern ? "pattern " : "") + watch.text;
+
+    /** Everything in the drawing by its id: nodes, edges and entries. */
+    const things = new Map();
+    for (const node of graph.nodes) {
+        things.set(node.id, { kind: "node", id: node.id, node, into: [], outOf: [] });
+    }
+    for (const edge of graph.edges) {
+        const thing = { kind: "edge", id: edge.id, edge };
+        things.set(edge.id, thing);
+        things.get(edge.from).outOf.push(thing);
+        things.get(edge.to).into.push(thing);
+    }
+    const entries = new Map();
+    for (const node of graph.nodes) {
+        for (const watch of node.watches) {
+            const key = watchKey(watch);
+            if (!entries.has(key)) {
+                const id = `w${entries.size + 1}`;
+                entries.set(key, { kind: "entry", id, watch, key, nodes: [] });
+                things.set(id, entries.get(key));
+            }
+            entries.get(key).nodes.push(node.id);
+        }
+    }
+
+    /** What can be lit, by what the box for picking shows. */
+    const lights = new Map();
+    if (graph.trace) {
+        lights.set(`explained: ${graph.trace.url}`, graph.trace);
+    }
+    for (const write of graph.writes) {
+        lights.set(watchKey(write), write);
+    }
+
+    const nameOf = id => things.get(id).node.name;
+    const counted = (count, one, many) => `${count} ${count === 1 ? one : many}`;
+    const textOf = value => typeof value === "string" ? value : JSON.stringify(value);
+    const severities = ["error", "warning", "note"];
+
+    function labelOf(thing) {
+        if (thing.kind === "entry") {
+            return `watched ${thing.watch.pattern ? "pattern" : "URL"} ${thing.watch.text}`;
+        }
+        if (thing.kind === "edge") {
+            return `edge from ${nameOf(thing.edge.from)} to ${nameOf(thing.edge.to)}`;
+        }
+        const { name, type, reachable, findings } = thing.node;
+        return [name, type, ...reachable ? [] : ["never reached"],
+            ...findings.length ? [counted(findings.length, "finding", "findings")] : []].join(", ");
+    }
+
+    /* ---- the drawing ---- */
+
+    const svgElement = (name, attributes) => {
+        const element = document.createElementNS("http://www.w3.org/2000/svg", name);
+        for (const [key, value] of Object.entries(attributes)) {
+            element.setAttribute(key, value);
+        }
+        return element;
+    };
+
+    /** The groups of the drawing: those of things by id, and the edges that lead from entries. */
+    const groups = new Map();
+    const entryEdges = [];
+    const boxes = new Map();
+    const size = { width: svg.viewBox.baseVal.width, height: svg.viewBox.baseVal.height };
+
+    /** A thin line is hard to hit. */
+    function widen(group) {
+        for (const path of group.querySelectorAll("path")) {
+            path.before(svgElement("path", { class: "hit", d: path.getAttribute("d") }));
+        }
+    }
+
+    /** The fonts of who looks at the page are not those of who drew it. */
+    function fitTexts(group) {
+        const room = group.querySelector("path, polygon, ellipse")?.getBBox().width - 10;
+        for (const text of group.querySelectorAll("text")) {
+            if (room > 0 && text.getComputedTextLength() > room) {
+                text.setAttribute("textLength", room);
+                text.setAttribute("lengthAdjust", "spacingAndGlyphs");
+            }
+        }
+    }
+
+    function addBadge(group, findings) {
+        const worst = severities.find(severity => findings.some(one => one.severity === severity));
+        const box = group.querySelector("path, polygon, ellipse").getBBox();
+        const badge = svgElement("g", { class: `badge ${worst}` });
+        const at = { x: box.x + box.width - 2, y: box.y + 2 };
+        badge.append(svgElement("circle", { cx: at.x, cy: at.y, r: 8 }));
+        badge.append(svgElement("text", { x: at.x, y: at.y + 3.5, "text-anchor": "middle", "font-size": 10 }));
+        badge.lastChild.textContent = findings.length;
+        group.append(badge);
+    }
+
+    function prepareDrawing() {
+        svg.setAttribute("width", size.width);
+        svg.setAttribute("height", size.height);
+        svg.setAttribute("role", "group");
+        svg.setAttribute("aria-label", "Nodes and edges");
+        for (const group of svg.querySelectorAll("g.node, g.edge")) {
+            const title = group.querySelector("title").textContent;
+            const thing = things.get(group.id);
+            if (group.classList.contains("edge")) {
+                widen(group);
+            } else {
+                fitTexts(group);
+            }
+            if (thing) {
+                groups.set(thing.id, group);
+                group.setAttribute("role", "button");
+                group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
+                group.setAttribute("aria-label", labelOf(thing));
+            } else if (/^w\d+->n\d+/.test(title)) {
+                const [entry, node] = title.split("->");
+                entryEdges.push({ entry, node: node.split(":")[0], group });
+            }
+            if (thing?.node?.findings.length) {
+                addBadge(group, thing.node.findings);
+            }
+        }
+        // A title would show its id wherever the pointer rests.
+        for (const title of svg.querySelectorAll("title")) {
+            title.remove();
+        }
+        const origin = svg.getBoundingClientRect();
+        for (const [id, group] of groups) {
+            const box = group.getBoundingClientRect();
+            boxes.set(id, { left: box.left - origin.left, right: box.right - origin.left,
+                            top: box.top - origin.top, bottom: box.bottom - origin.top });
+        }
+    }
+
+    /* ---- pan and zoom ---- */
+
+    const whole = { left: 0, right: size.width, top: 0, bottom: size.height };
+    const limits = { least: 0.05, most: 6, fit: 1.6, readable: 1 };
+    const view = { x: 0, y: 0, scale: 1 };
+    /** What fills the stage until somebody moves it, and again when the window changes. */
+    let fitted = whole;
+
+    function move(x, y, scale, glide) {
+        Object.assign(view, { x, y, scale });
+        svg.classList.toggle("gliding", Boolean(glide));
+        svg.style.transform = `translate(${x}px, ${y}px) scale(${scale})`;
+    }
+
+    function centerOn(box, scale, glide) {
+        move((stage.clientWidth - (box.left + box.right) * scale) / 2,
+             (stage.clientHeight - (box.top + box.bottom) * scale) / 2, scale, glide);
+    }
+
+    function fit(box, glide) {
+        fitted = box;
+        const margin = Math.min(48, stage.clientWidth / 20);
+        const scale = Math.min((stage.clientWidth - 2 * margin) / (box.right - box.left),
+                               (stage.clientHeight - 2 * margin) / (box.bottom - box.top), limits.fit);
+        centerOn(box, Math.max(scale, limits.least), glide);
+    }
+
+    function zoom(factor, x, y, glide) {
+        fitted = null;
+        const scale = Math.min(Math.max(view.scale * factor, limits.least), limits.most);
+        const ratio = scale / view.scale;
+        move(x - (x - view.x) * ratio, y - (y - view.y) * ratio, scale, glide);
+    }
+
+    const zoomMiddle = factor => zoom(factor, stage.clientWidth / 2, stage.clientHeight / 2, true);
+
+    function pan(x, y, glide) {
+        fitted = null;
+        move(view.x + x, view.y + y, view.scale, glide);
+    }
+
+    function center(id) {
+        if (boxes.has(id)) {
+            fitted = null;
+            centerOn(boxes.get(id), Math.max(view.scale, limits.readable), true);
+        }
+    }
+
+    /** Moves no further than it must. */
+    function reveal(id) {
+        const box = boxes.get(id);
+        const margin = 24;
+        const short = (low, high, end) => low < margin ? margin - low : Math.min(0, end - margin - high);
+        const x = short(box.left * view.scale + view.x, box.right * view.scale + view.x, stage.clientWidth);
+        const y = short(box.top * view.scale + view.y, box.bottom * view.scale + view.y, stage.clientHeight);
+        if (x || y) {
+            pan(x, y, true);
+        }
+    }
+
+    const pointers = new Map();
+    let dragged = false;
+
+    const pointOf = event => {
+        const box = stage.getBoundingClientRect();
+        return { x: event.clientX - box.left, y: event.clientY - box.top };
+    };
+
+    function pointerMoved(event) {
+        const before = pointers.get(event.pointerId);
+        if (!before) {
+            return;
+        }
+        const now = pointOf(event);
+        const others = [...pointers].filter(([id]) => id !== event.pointerId).map(([, point]) => point);
+        // A hand that clicks is never quite still.
+        if (!dragged && Math.hypot(now.x - before.x, now.y - before.y) < 4) {
+            return;
+        }
+        if (!dragged) {
+            dragged = true;
+            stage.setPointerCapture(event.pointerId);
+        }
+        pointers.set(event.pointerId, now);
+        if (others.length === 0) {
+            pan(now.x - before.x, now.y - before.y);
+        } else {
+            const [other] = others;
+            const distance = point => Math.hypot(point.x - other.x, point.y - other.y);
+            zoom(distance(now) / Math.max(distance(before), 1), other.x, other.y);
+        }
+    }
+
+    function pointerLeft(event) {
+        pointers.delete(event.pointerId);
+    }
+
+    function listenToPointers() {
+        stage.addEventListener("pointerdown", event => {
+            if (event.button !== 0 || event.target.closest("button, a")) {
+                return;
+            }
+            dragged = pointers.size > 0;
+            pointers.set(event.pointerId, pointOf(event));
+        });
+        stage.addEventListener("pointermove", pointerMoved);
+        for (const name of ["pointerup", "pointercancel", "pointerleave"]) {
+            stage.addEventListener(name, pointerLeft);
+        }
+        stage.addEventListener("wheel", event => {
+            event.preventDefault();
+            const lines = event.deltaMode === WheelEvent.DOM_DELTA_LINE ? 16 : 1;
+            const { x, y } = pointOf(event);
+            zoom(Math.exp(-Math.max(-120, Math.min(120, event.deltaY * lines)) / 400), x, y);
+        }, { passive: false });
+        stage.addEventListener("click", event => {
+            if (dragged || event.target.closest("#zoom, #skip")) {
+                dragged = false;
+                return;
+            }
+            const group = event.target.closest("g[role=button]");
+            go({ show: group ? group.id : "" });
+        });
+    }
+
+    /* ---- what is shown, as the address says it ---- */
+
+    /** What the part of the address behind # says. */
+    function shown() {
+        const address = new URLSearchParams(location.hash.slice(1));
+        const show = things.get(address.get("show"));
+        const first = graph.trace && !address.has("write") ? lights.keys().next().value : null;
+        const key = first ?? address.get("write") ?? "";
+        return { show, key: lights.has(key) ? key : "", light: lights.get(key) };
+    }
+
+    function go(changes, replacing) {
+        const address = new URLSearchParams(location.hash.slice(1));
+        for (const [key, value] of Object.entries(changes)) {
+            // "No write" is worth saying only where one would be lit otherwise.
+            if (value || (key === "write" && graph.trace)) {
+                address.set(key, value);
+            } else {
+                address.delete(key);
+            }
+        }
+        const target = `#${address}`;
+        if (target === (location.hash || "#")) {
+            return;
+        }
+        if (replacing) {
+            location.replace(target);
+        } else {
+            location.hash = target;
+        }
+    }
+
+    const last = { show: undefined, light: undefined };
+
+    function update() {
+        const now = shown();
+        for (const [id, group] of groups) {
+            group.classList.toggle("selected", id === now.show?.id);
+            group.setAttribute("aria-pressed", String(id === now.show?.id));
+        }
+        showLight(now);
+        showPanel(now);
+        if (now.light !== last.light) {
+            fit(now.light ? around(litIds(now.light)) : whole, true);
+        } else if (now.show && now.show !== last.show) {
+            reveal(now.show.id);
+        }
+        Object.assign(last, now);
+    }
+
+    /* ---- the path of a write ---- */
+
+    function litIds(light) {
+        const ids = [...light.nodes, ...light.edges];
+        const entry = entries.get(watchKey({ text: light.text ?? light.url, pattern: light.pattern }));
+        return entry ? [entry.id, ...ids] : ids;
+    }
+
+    function around(ids) {
+        const found = ids.map(id => boxes.get(id)).filter(Boolean);
+        if (found.length === 0) {
+            return whole;
+        }
+        return { left: Math.min(...found.map(box => box.left)), right: Math.max(...found.map(box => box.right)),
+                 top: Math.min(...found.map(box => box.top)), bottom: Math.max(...found.map(box => box.bottom)) };
+    }
+
+    function showLight({ key, light }) {
+        const lit = new Set(light ? litIds(light) : []);
+        svg.classList.toggle("lighting", Boolean(light));
+        for (const [id, group] of groups) {
+            group.classList.toggle("lit", lit.has(id));
+        }
+        for (const { entry, node, group } of entryEdges) {
+            group.classList.toggle("lit", lit.has(entry) && lit.has(node));
+        }
+        pick.value = key;
+        byId("pick-clear").hidden = !light;
+        byId("pick-status").textContent = "";
+    }
+
+    /** Takes what is written in the box, or the only one that contains it. */
+    function picked() {
+        const wanted = pick.value.trim();
+        const containing = [...lights.keys()].filter(key => key.includes(wanted));
+        if (wanted === "" || lights.has(wanted)) {
+            go({ write: wanted, show: "" });
+        } else if (containing.length === 1) {
+            go({ write: containing[0], show: "" });
+        } else {
+            byId("pick-status").textContent = containing.length ? `${containing.length} contain this`
+                                                                : "not watched";
+        }
+    }
+
+    function listenToPicking() {
+        for (const key of lights.keys()) {
+            byId("writes").append(element("option", { value: key }));
+        }
+        pick.addEventListener("change", picked);
+        // A choice from the list is taken at once, not only when the box is left.
+        pick.addEventListener("input", () => {
+            byId("pick-status").textContent = "";
+            if (pick.value === "" || lights.has(pick.value)) {
+                picked();
+            }
+        });
+        pick.addEventListener("keydown", event => {
+            if (event.key === "Escape") {
+                pick.value = "";
+                picked();
+            }
+        });
+        byId("pick-clear").addEventListener("click", () => {
+            go({ write: "" });
+            pick.focus();
+        });
+    }
+
+    /* ---- search ---- */
+
+    const tableTexts = tables =>
+        tables.flatMap(table => [table.type, ...table.rows.flatMap(row => row.cells)]);
+
+    function textsOf(thing) {
+        if (thing.kind === "entry") {
+            return [thing.watch.text];
+        }
+        if (thing.kind === "edge") {
+            return tableTexts(thing.edge.conditions);
+        }
+        const { name, type, commands, findings } = thing.node;
+        return [name, type, ...tableTexts(commands),
+            ...findings.flatMap(one => [one.code, one.message])];
+    }
+
+    let wanted = "";
+    let matches = [];
+    let current = 0;
+
+    function showMatch() {
+        for (const [id, group] of groups) {
+            group.classList.toggle("match", matches.includes(id));
+            group.classList.toggle("current", matches.length > 0 && id === matches[current]);
+        }
+        byId("search-count").textContent = wanted === "" ? ""
+            : matches.length === 0 ? "none" : `${current + 1} of ${matches.length}`;
+        if (matches.length === 0) {
+            showPanel(shown());
+            return;
+        }
+        center(matches[current]);
+        if (shown().show?.id === matches[current]) {
+            showPanel(shown());
+        } else {
+            go({ show: matches[current] }, true);
+        }
+    }
+
+    function find() {
+        wanted = search.value.trim().toLowerCase();
+        current = 0;
+        matches = wanted === "" ? [] : [...things.values()].filter(
+            thing => textsOf(thing).some(text => text.toLowerCase().includes(wanted))).map(thing => thing.id);
+        showMatch();
+    }
+
+    function listenToSearch() {
+        search.addEventListener("input", find);
+        search.addEventListener("keydown", event => {
+            if (event.key === "Enter" && matches.length > 0) {
+                current = (current + (event.shiftKey ? matches.length - 1 : 1)) % matches.length;
+                showMatch();
+            } else if (event.key === "Escape") {
+                search.value = "";
+                find();
+            }
+        });
+    }
+
+    /* ---- the panel ---- */
+
+    /** Children that are texts become text, whatever is in them. */
+    function element(name, attributes = {}, ...children) {
+        const made = document.createElement(name);
+        for (const [key, value] of Object.entries(attributes)) {
+            made.setAttribute(key, value);
+        }
+        made.append(...children.filter(child => child !== null && child !== undefined));
+        return made;
+    }
+
+    const paragraph = (...children) => element("p", {}, ...children);
+    const section = (title, ...children) =>
+        children.length ? element("section", {}, element("h3", {}, title), ...children) : null;
+    const list = items =>
+        element("ul", {}, ...items.map(item => element("li", {}, ...[item].flat())));
+
+    /** `text` with what is searched for marked in it. */
+    function marked(text) {
+        const made = document.createDocumentFragment();
+        // Where lower case has another length, places in one are not those in the other.
+        const lower = text.toLowerCase().length === text.length ? text.toLowerCase() : text;
+        let from = 0;
+        for (let at; wanted && (at = lower.indexOf(wanted, from)) >= 0; from = at + wanted.length) {
+            made.append(text.slice(from, at), element("mark", {}, text.slice(at, at + wanted.length)));
+        }
+        made.append(text.slice(from));
+        return made;
+    }
+
+    const code = text => element("code", {}, marked(text));
+
+    function link(changes, ...children) {
+        const made = element("button", { type: "button", class: "link" }, ...children);
+        made.addEventListener("click", () => {
+            go(changes);
+            if (changes.show) {
+                center(changes.show);
+            }
+        });
+        return made;
+    }
+
+    const nodeLink = id => link({ show: id }, marked(nameOf(id)));
+
+    const findingItem = finding => element("div", { class: `finding ${finding.severity}` },
+        paragraph(element("strong", {}, finding.severity), " ", code(finding.code),
+                  element("span", { class: "place" }, `line ${finding.line}, column ${finding.column}`)),
+        paragraph(marked(finding.message)),
+        finding.advice ? element("p", { class: "advice" }, finding.advice) : null);
+
+    function targetItem(target) {
+        if (!target.exists) {
+            return [code(target.url), " ", element("em", { class: "missing" }, "is not there")];
+        }
+        return [code(target.url), ...target.unit ? [" now in ", code(target.unit)] : []];
+    }
+
+    function tableRows(row, columns, withTargets) {
+        const cells = columns.map((column, index) => {
+            const text = row.cells[index];
+            const shown = text === undefined || text === "" ? "" : code(text);
+            return element("td", {}, row.counts ? shown : element("s", {}, shown));
+        });
+        if (withTargets) {
+            cells.push(element("td", {}, ...row.targets?.length ? [list(row.targets.map(targetItem))] : []));
+        }
+        const made = [element("tr", row.counts ? {} : { class: "void" },
+                              element("th", { scope: "row", title: row.place }, String(row.number)), ...cells)];
+        if (row.note) {
+            made.push(element("tr", { class: "note" }, element("td"),
+                              element("td", { colspan: cells.length }, row.note)));
+        }
+        return made;
+    }
+
+    function tableSection(table) {
+        const withTargets = table.rows.some(row => row.targets);
+        const most = Math.max(0, ...table.rows.map(row => row.cells.length));
+        const columns = [...table.columns, ...Array(Math.max(0, most - table.columns.length)).fill("")];
+        const headings = ["#", ...columns, ...withTargets ? ["sets"] : []];
+        const body = table.rows.length === 0 ? paragraph("No rows.")
+            : element("div", { class: "table", tabindex: "0", role: "group", "aria-label": `Rows of ${table.type}` },
+                      element("table", {},
+                              element("thead", {}, element("tr", {},
+                                  ...headings.map(text => element("th", { scope: "col" }, text)))),
+                              element("tbody", {}, ...table.rows.flatMap(
+                                  row => tableRows(row, columns, withTargets)))));
+        return element("section", {}, element("h4", {}, marked(table.type)), placeOf(table), body);
+    }
+
+    const placeOf = ({ place }) => element("p", { class: "place" }, place);
+
+    function heading(eyebrow, title, place, badges = []) {
+        const close = element("button", { type: "button", id: "close", "aria-label": "Close", title: "Close (Escape)" }, "×");
+        close.addEventListener("click", () => go({ show: "" }));
+        return [element("p", { class: "eyebrow" }, marked(eyebrow)), close,
+                element("h2", {}, marked(title)), ...place ? [placeOf({ place })] : [],
+                ...badges.length ? [element("p", { class: "badges" },
+                                            ...badges.map(text => element("span", {}, text)))] : []];
+    }
+
+    const edgeItem = (edge, end) => [nodeLink(edge[end]), " ",
+        link({ show: edge.id }, edge.conditions.length === 0 ? "without conditions"
+            : counted(edge.conditions.length, "condition", "conditions"))];
+
+    function tracedRows(only) {
+        const rows = (graph.trace?.rows ?? []).filter(row => !only || row.node === only);
+        return rows.map(row => [
+            ...only ? [] : [nodeLink(row.node), ": "],
+            `${things.get(row.node).node.commands[row.command]?.type ?? "command"}, row ${row.row}: ${row.outcome} `,
+            ...row.target ? [code(row.target)] : []]);
+    }
+
+    function nodePanel({ node, into, outOf }, { light }) {
+        const badges = [...node.topLevel ? ["top level"] : [],
+            ...node.unconditional ? ["runs with every write"] : [],
+            ...node.reachable ? [] : ["never reached"]];
+        const traced = light && light === graph.trace ? tracedRows(node.id) : [];
+        return [...heading(node.type, node.name, node.place, badges),
+            element("p", { class: "path" }, node.path.join(" › ")),
+            section("Findings", ...node.findings.map(findingItem)),
+            section("What the write did", ...traced.length ? [list(traced)] : []),
+            section("Commands", ...node.commands.map(tableSection)),
+            section("Runs with a write to", ...node.watches.length ? [list(node.watches.map(
+                watch => link({ write: watchKey(watch) }, ...watch.pattern ? ["pattern "] : [], code(watch.text))))] : []),
+            section("Reached from", ...into.length ? [list(into.map(({ edge }) => edgeItem(edge, "from")))] : []),
+            section("Leads to", ...outOf.length ? [list(outOf.map(({ edge }) => edgeItem(edge, "to")))] : [])];
+    }
+
+    function edgePanel({ edge }) {
+        const { conditions, from } = edge;
+        const rule = conditions.length === 0 ? "It has no conditions and is always followed."
+            : things.get(from).node.kind === "command" ? "A command node follows its only edge whatever the conditions say."
+            : conditions.length === 1 ? "It is followed when the condition holds."
+            : "It is followed once for each condition that holds.";
+        return [...heading("edge", `${nameOf(from)} → ${nameOf(edge.to)}`, null,
+                           edge.reachable ? [] : ["never reached"]),
+            paragraph("From ", nodeLink(from), " to ", nodeLink(edge.to), ". ", rule),
+            section("Conditions", ...conditions.map(tableSection))];
+    }
+
+    function entryPanel({ watch, key, nodes }) {
+        return [...heading(watch.pattern ? "watched pattern" : "watched URL", watch.text, watch.place),
+            paragraph(link({ write: key }, "Light what a write here may run")),
+            section("Runs", list(nodes.map(nodeLink)))];
+    }
+
+    function tracePanel(trace) {
+        const rows = tracedRows();
+        return [element("p", { class: "eyebrow" }, "explained write"),
+            element("h2", {}, trace.url),
+            paragraph("was written with ", code(textOf(trace.value)), ". ",
+                      `It entered ${counted(trace.nodes.length, "node", "nodes")} and followed `,
+                      `${counted(trace.edges.length, "edge", "edges")}.`),
+            section("What the write did", rows.length ? list(rows) : paragraph("No row was run.")),
+            section("Entered", list(trace.nodes.map(nodeLink)))];
+    }
+
+    function writePanel(write) {
+        return [element("p", { class: "eyebrow" }, write.pattern ? "a write that the pattern matches" : "a write to"),
+            element("h2", {}, write.text),
+            paragraph("What it may run is lit. Comparisons with values are taken as if they held."),
+            section("May run", list(write.nodes.map(nodeLink)))];
+    }
+
+    function overviewPanel() {
+        const findings = graph.nodes.flatMap(node => node.findings.map(finding => ({ node, finding })));
+        const unconditional = graph.nodes.filter(node => node.unconditional);
+        const from = graph.link;
+        return [element("p", { class: "eyebrow" }, "dependency graph"),
+            element("h2", {}, graph.description),
+            from ? paragraph(code(from.source), " → ", code(from.target), from.process ? " (process)" : "",
+                             ...from.parameters.length ? [" with ", code(from.parameters.map(textOf).join(", "))] : []) : null,
+            from ? placeOf(from) : null,
+            paragraph("Click a node, an edge or a watched URL for its rows. Pick a URL above to see what a write to it may run."),
+            section("Findings", ...findings.length === 0 ? [paragraph("None.")]
+                : findings.map(({ node, finding }) => {
+                    const made = findingItem(finding);
+                    made.firstChild.prepend(nodeLink(node.id), " ");
+                    return made;
+                })),
+            section("Runs with every write", ...unconditional.length
+                ? [list(unconditional.map(node => nodeLink(node.id)))] : []),
+            section("Keys", element("dl", {}, ...[
+                ["/", "find"], ["Enter", "next match; with Shift the one before"], ["+ −", "zoom"], ["0", "fit"],
+                ["← ↑ ↓ →", "move"], ["Tab", "next node; Enter selects it"], ["Esc", "clear"],
+            ].flatMap(([key, meaning]) => [element("dt", {}, element("kbd", {}, key)), element("dd", {}, meaning)])))];
+    }
+
+    function showPanel(now) {
+        const content = now.show?.kind === "node" ? nodePanel(now.show, now)
+            : now.show?.kind === "edge" ? edgePanel(now.show)
+            : now.show?.kind === "entry" ? entryPanel(now.show)
+            : now.light && now.light === graph.trace ? tracePanel(now.light)
+            : now.light ? writePanel(now.light)
+            : overviewPanel();
+        const hadFocus = panel.contains(document.activeElement);
+        panel.replaceChildren(...content.filter(Boolean));
+        panel.scrollTop = 0;
+        // What had the focus is gone; the next Tab goes on here and not at the top of the page.
+        if (hadFocus) {
+            panel.focus();
+        }
+    }
+
+    /* ---- keys ---- */
+
+    function listenToKeys() {
+        const step = 80;
+        const keys = {
+            "+": () => zoomMiddle(1.25),
+            "=": () => zoomMiddle(1.25),
+            "-": () => zoomMiddle(0.8),
+            "0": () => fit(whole, true),
+            "/": () => search.select(),
+            ArrowLeft: () => pan(step, 0, true),
+            ArrowRight: () => pan(-step, 0, true),
+            ArrowUp: () => pan(0, step, true),
+            ArrowDown: () => pan(0, -step, true),
+            Escape: () => go(shown().show ? { show: "" } : { write: "" }),
+        };
+        document.addEventListener("keydown", event => {
+            const inPanel = event.key.startsWith("Arrow") && panel.contains(event.target);
+            if (event.target.closest("input") || inPanel || event.ctrlKey || event.metaKey || event.altKey) {
+                return;
+            }
+            const group = event.target.closest("g[role=button]");
+            if (group && (event.key === "Enter" || event.key === " ")) {
+                event.preventDefault();
+                go({ show: group.id });
+            } else if (Object.hasOwn(keys, event.key)) {
+                event.preventDefault();
+                keys[event.key]();
+            }
+        });
+        svg.addEventListener("focusin", event => {
+            const group = event.target.closest("g[role=button]");
+            if (group?.matches(":focus-visible")) {
+                reveal(group.id);
+            }
+        });
+        byId("zoom-in").addEventListener("click", () => zoomMiddle(1.25));
+        byId("zoom-out").addEventListener("click", () => zoomMiddle(0.8));
+        byId("zoom-fit").addEventListener("click", () => fit(whole, true));
+        byId("skip").addEventListener("click", event => {
+            event.preventDefault();
+            panel.focus();
+        });
+    }
+
+    /* ---- begin ---- */
+
+    if (known) {
+        const findings = graph.nodes.reduce((sum, node) => sum + node.findings.length, 0);
+        document.title = `${graph.description} – dependency graph`;
+        byId("name").textContent = graph.description;
+        byId("about").textContent = [
+            ...graph.link ? [`${graph.link.source} → ${graph.link.target}`] : [],
+            counted(graph.nodes.length, "node", "nodes"), counted(graph.edges.length, "edge", "edges"),
+            counted(findings, "finding", "findings")].join(" · ");
+    }
+    prepareDrawing();
+    listenToPointers();
+    listenToPicking();
+    listenToSearch();
+    listenToKeys();
+    window.addEventListener("hashchange", update);
+    update();
+    fit(last.light ? around(litIds(last.light)) : whole);
+    new ResizeObserver(() => fitted && fit(fitted)).observe(stage);
+    document.documentElement.classList.add("ready");
+})();
