@@ -5,9 +5,9 @@
 #include <QHash>
 #include <QRegularExpression>
 
-// A static library keeps its resources only when somebody asks for them; in no namespace, as
-// Q_INIT_RESOURCE wants it.
-static void initResources()
+// The macro declares a function, which must not happen inside a namespace. It is needed because
+// nothing else refers to the resource in this static library.
+static void registerPage()
 {
     Q_INIT_RESOURCE(page);
 }
@@ -18,7 +18,7 @@ namespace {
 
 QString resource(const QString& name)
 {
-    initResources();
+    registerPage();
     QFile file(QStringLiteral(":/graph/page/") + name);
     file.open(QIODevice::ReadOnly);
     return QString::fromUtf8(file.readAll());
@@ -37,7 +37,8 @@ QString embedded(const QByteArray& json)
 {
     QString text = QString::fromUtf8(json);
     for (const char16_t character : {u'<', u'>', u'&', u'\u2028', u'\u2029'}) {
-        text.replace(QChar(character), QStringLiteral("\\u%1").arg(int(character), 4, 16, QLatin1Char('0')));
+        text.replace(QChar(character),
+                     QStringLiteral("\\u%1").arg(int(character), 4, 16, QLatin1Char('0')));
     }
     return text;
 }

@@ -11,7 +11,7 @@
 
     const nothing = { nodes: [], edges: [], writes: [], trace: null, link: null, description: "" };
     const data = JSON.parse(byId("graph-data").textContent);
-    const known = data.format === "unitflow-graph" && data.version === 1;
+    const known = data.format === "unitflow/graph" && data.version === 1;
     const graph = known ? data : nothing;
     if (!known) {
         byId("problem").textContent = "This page shows graphs of version 1, but this one is of version "
@@ -44,6 +44,11 @@
             entries.get(key).nodes.push(node.id);
         }
     }
+    const unconditional = graph.nodes.filter(node => node.unconditional).map(node => node.id);
+    if (unconditional.length > 0) {
+        const id = `w${entries.size + 1}`;
+        things.set(id, { kind: "entry", id, watch: null, nodes: unconditional });
+    }
 
     /** What can be lit, by what the box for picking shows. */
     const lights = new Map();
@@ -60,6 +65,9 @@
     const severities = ["error", "warning", "note"];
 
     function labelOf(thing) {
+        if (thing.kind === "entry" && !thing.watch) {
+            return "every write";
+        }
         if (thing.kind === "entry") {
             return `watched ${thing.watch.pattern ? "pattern" : "URL"} ${thing.watch.text}`;
         }
@@ -87,18 +95,32 @@
     const boxes = new Map();
     const size = { width: svg.viewBox.baseVal.width, height: svg.viewBox.baseVal.height };
 
-    /** A thin line is hard to hit. */
-    function widen(group) {
-        for (const path of group.querySelectorAll("path")) {
-            path.before(svgElement("path", { class: "hit", d: path.getAttribute("d") }));
-        }
+    const shapeOf = group => group.querySelector("path, polygon, ellipse");
+
+    /** Tells the line and its tip from what frames the text beside them. */
+    function prepareEdge(group) {
+        const [line, ...frames] = group.querySelectorAll("path");
+        line.classList.add("line");
+        group.querySelector("polygon")?.classList.add("tip");
+        frames.forEach(frame => frame.classList.add("frame"));
+        // A thin line is hard to hit.
+        line.before(svgElement("path", { class: "hit", d: line.getAttribute("d") }));
+        fitTexts(group, frames[0]);
     }
 
     /** The fonts of who looks at the page are not those of who drew it. */
-    function fitTexts(group) {
-        const room = group.querySelector("path, polygon, ellipse")?.getBBox().width - 10;
-        for (const text of group.querySelectorAll("text")) {
-            if (room > 0 && text.getComputedTextLength() > room) {
+    function fitTexts(group, shape) {
+        const box = shape?.getBBox();
+        for (const text of box ? group.querySelectorAll("text") : []) {
+            const begin = Number(text.getAttribute("x"));
+            const middle = box.x + box.width / 2;
+            let room = box.x + box.width - begin - 4;
+            if (shape.localName === "polygon") {
+                room = 2 * (middle - begin);
+                text.setAttribute("x", middle);
+                text.setAttribute("text-anchor", "middle");
+            }
+            if (text.getComputedTextLength() > room) {
                 text.setAttribute("textLength", room);
                 text.setAttribute("lengthAdjust", "spacingAndGlyphs");
             }
@@ -107,11 +129,13 @@
 
     function addBadge(group, findings) {
         const worst = severities.find(severity => findings.some(one => one.severity === severity));
-        const box = group.querySelector("path, polygon, ellipse").getBBox();
+        const shape = shapeOf(group);
+        const box = shape.getBBox();
+        const inset = shape.localName === "polygon" ? 0.25 : 0;
+        const at = { x: box.x + box.width * (1 - inset), y: box.y + box.height * inset };
         const badge = svgElement("g", { class: `badge ${worst}` });
-        const at = { x: box.x + box.width - 2, y: box.y + 2 };
-        badge.append(svgElement("circle", { cx: at.x, cy: at.y, r: 8 }));
-        badge.append(svgElement("text", { x: at.x, y: at.y + 3.5, "text-anchor": "middle", "font-size": 10 }));
+        badge.append(svgElement("circle", { cx: at.x, cy: at.y, r: 7 }));
+        badge.append(svgElement("text", { x: at.x, y: at.y + 3.2, "text-anchor": "middle", "font-size": 9 }));
         badge.lastChild.textContent = findings.length;
         group.append(badge);
     }
@@ -122,29 +146,31 @@
         svg.setAttribute("role", "group");
         svg.setAttribute("aria-label", "Nodes and edges");
         for (const group of svg.querySelectorAll("g.node, g.edge")) {
-            const title = group.querySelector("title").textContent;
             const thing = things.get(group.id);
             if (group.classList.contains("edge")) {
-                widen(group);
+                prepareEdge(group);
             } else {
-                fitTexts(group);
+                fitTexts(group, shapeOf(group));
             }
             if (thing) {
                 groups.set(thing.id, group);
                 group.setAttribute("role", "button");
                 group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
                 group.setAttribute("aria-label", labelOf(thing));
-            } else if (/^w\d+->n\d+/.test(title)) {
-                const [entry, node] = title.split("->");
-                entryEdges.push({ entry, node: node.split(":")[0], group });
+            } else if (group.classList.contains("watch")) {
+                const [entry, node] = group.id.split("-");
+                entryEdges.push({ entry, node, group });
             }
             if (thing?.node?.findings.length) {
                 addBadge(group, thing.node.findings);
             }
         }
-        // A title would show its id wherever the pointer rests.
+        // The panel says it better than what would show wherever the pointer rests.
         for (const title of svg.querySelectorAll("title")) {
             title.remove();
+        }
+        for (const anchor of svg.querySelectorAll("a")) {
+            anchor.replaceWith(...anchor.childNodes);
         }
         const origin = svg.getBoundingClientRect();
         for (const [id, group] of groups) {
@@ -253,7 +279,7 @@
 
     function listenToPointers() {
         stage.addEventListener("pointerdown", event => {
-            if (event.button !== 0 || event.target.closest("button, a")) {
+            if (event.button !== 0 || event.target.closest("#zoom, #skip")) {
                 return;
             }
             dragged = pointers.size > 0;
@@ -331,10 +357,13 @@
 
     /* ---- the path of a write ---- */
 
+    /** With what starts the path: the drawing of a trace tells that of its write. */
     function litIds(light) {
-        const ids = [...light.nodes, ...light.edges];
-        const entry = entries.get(watchKey({ text: light.text ?? light.url, pattern: light.pattern }));
-        return entry ? [entry.id, ...ids] : ids;
+        const starts = [...things.values()].filter(thing => thing.kind === "entry"
+            && (light === graph.trace ? groups.get(thing.id)?.classList.contains("ran")
+                : thing.watch ? thing.key === watchKey(light)
+                : thing.nodes.some(id => light.nodes.includes(id))));
+        return [...starts.map(thing => thing.id), ...light.nodes, ...light.edges];
     }
 
     function around(ids) {
@@ -405,7 +434,7 @@
 
     function textsOf(thing) {
         if (thing.kind === "entry") {
-            return [thing.watch.text];
+            return [thing.watch?.text ?? "every write"];
         }
         if (thing.kind === "edge") {
             return tableTexts(thing.edge.conditions);
@@ -505,49 +534,46 @@
 
     const nodeLink = id => link({ show: id }, marked(nameOf(id)));
 
-    const findingItem = finding => element("div", { class: `finding ${finding.severity}` },
-        paragraph(element("strong", {}, finding.severity), " ", code(finding.code),
-                  element("span", { class: "place" }, `line ${finding.line}, column ${finding.column}`)),
+    const findingItem = (finding, ...where) => element("div", { class: `finding ${finding.severity}` },
+        element("p", { class: "what" }, element("strong", {}, finding.severity), ...where,
+                element("span", { class: "place" }, `${finding.line}:${finding.column}`)),
         paragraph(marked(finding.message)),
-        finding.advice ? element("p", { class: "advice" }, finding.advice) : null);
+        finding.advice ? element("p", { class: "advice" }, finding.advice) : null,
+        element("p", { class: "advice" }, code(finding.code)));
 
     function targetItem(target) {
+        const column = typeof target.arrayColumn === "number" ? `, column ${target.arrayColumn}` : "";
         if (!target.exists) {
-            return [code(target.url), " ", element("em", { class: "missing" }, "is not there")];
+            return ["sets ", code(target.url), column, ": ", element("strong", { class: "missing" }, "not there")];
         }
-        return [code(target.url), ...target.unit ? [" now in ", code(target.unit)] : []];
+        return ["sets ", code(target.url), column, ...target.unit ? [", now in ", code(target.unit)] : []];
     }
 
-    function tableRows(row, columns, withTargets) {
-        const cells = columns.map((column, index) => {
-            const text = row.cells[index];
-            const shown = text === undefined || text === "" ? "" : code(text);
-            return element("td", {}, row.counts ? shown : element("s", {}, shown));
+    function tableRows(row, columns) {
+        const cells = columns.map(({ index }) => {
+            const text = row.cells[index] ? code(row.cells[index]) : "";
+            return element("td", {}, row.counts ? text : element("s", {}, text));
         });
-        if (withTargets) {
-            cells.push(element("td", {}, ...row.targets?.length ? [list(row.targets.map(targetItem))] : []));
-        }
-        const made = [element("tr", row.counts ? {} : { class: "void" },
-                              element("th", { scope: "row", title: row.place }, String(row.number)), ...cells)];
-        if (row.note) {
-            made.push(element("tr", { class: "note" }, element("td"),
-                              element("td", { colspan: cells.length }, row.note)));
-        }
-        return made;
+        const below = [...row.note ? [element("p", { class: "why" }, row.note)] : [],
+            ...row.targets?.length ? [list(row.targets.map(targetItem))] : []];
+        const attributes = row.counts ? {} : { class: "void" };
+        return [element("tr", attributes, element("th", { scope: "row", title: row.place }, String(row.number)), ...cells),
+            ...below.length ? [element("tr", { class: `below ${row.counts ? "" : "void"}` }, element("td"),
+                                       element("td", { colspan: cells.length }, ...below))] : []];
     }
 
     function tableSection(table) {
-        const withTargets = table.rows.some(row => row.targets);
-        const most = Math.max(0, ...table.rows.map(row => row.cells.length));
-        const columns = [...table.columns, ...Array(Math.max(0, most - table.columns.length)).fill("")];
-        const headings = ["#", ...columns, ...withTargets ? ["sets"] : []];
+        const most = Math.max(table.columns.length, ...table.rows.map(row => row.cells.length));
+        // A column that no row makes use of, a remark mostly, would only take room.
+        const columns = Array.from({ length: most }, (_, index) => ({ index, name: table.columns[index] ?? "" }))
+            .filter(({ index }) => table.rows.some(row => row.cells[index]));
         const body = table.rows.length === 0 ? paragraph("No rows.")
             : element("div", { class: "table", tabindex: "0", role: "group", "aria-label": `Rows of ${table.type}` },
                       element("table", {},
                               element("thead", {}, element("tr", {},
-                                  ...headings.map(text => element("th", { scope: "col" }, text)))),
-                              element("tbody", {}, ...table.rows.flatMap(
-                                  row => tableRows(row, columns, withTargets)))));
+                                  ...["#", ...columns.map(column => column.name)].map(
+                                      name => element("th", { scope: "col" }, name)))),
+                              element("tbody", {}, ...table.rows.flatMap(row => tableRows(row, columns)))));
         return element("section", {}, element("h4", {}, marked(table.type)), placeOf(table), body);
     }
 
@@ -562,7 +588,7 @@
                                             ...badges.map(text => element("span", {}, text)))] : []];
     }
 
-    const edgeItem = (edge, end) => [nodeLink(edge[end]), " ",
+    const edgeItem = (edge, end) => [nodeLink(edge[end]), ", ",
         link({ show: edge.id }, edge.conditions.length === 0 ? "without conditions"
             : counted(edge.conditions.length, "condition", "conditions"))];
 
@@ -581,7 +607,7 @@
         const traced = light && light === graph.trace ? tracedRows(node.id) : [];
         return [...heading(node.type, node.name, node.place, badges),
             element("p", { class: "path" }, node.path.join(" › ")),
-            section("Findings", ...node.findings.map(findingItem)),
+            section("Findings", ...node.findings.map(finding => findingItem(finding))),
             section("What the write did", ...traced.length ? [list(traced)] : []),
             section("Commands", ...node.commands.map(tableSection)),
             section("Runs with a write to", ...node.watches.length ? [list(node.watches.map(
@@ -603,6 +629,9 @@
     }
 
     function entryPanel({ watch, key, nodes }) {
+        if (!watch) {
+            return [...heading("every write", "Runs with every write", null), list(nodes.map(nodeLink))];
+        }
         return [...heading(watch.pattern ? "watched pattern" : "watched URL", watch.text, watch.place),
             paragraph(link({ write: key }, "Light what a write here may run")),
             section("Runs", list(nodes.map(nodeLink)))];
@@ -627,8 +656,8 @@
     }
 
     function overviewPanel() {
-        const findings = graph.nodes.flatMap(node => node.findings.map(finding => ({ node, finding })));
-        const unconditional = graph.nodes.filter(node => node.unconditional);
+        const findings = graph.nodes.flatMap(node => node.findings.map(finding => ({ node, finding })))
+            .sort((a, b) => severities.indexOf(a.finding.severity) - severities.indexOf(b.finding.severity));
         const from = graph.link;
         return [element("p", { class: "eyebrow" }, "dependency graph"),
             element("h2", {}, graph.description),
@@ -637,13 +666,8 @@
             from ? placeOf(from) : null,
             paragraph("Click a node, an edge or a watched URL for its rows. Pick a URL above to see what a write to it may run."),
             section("Findings", ...findings.length === 0 ? [paragraph("None.")]
-                : findings.map(({ node, finding }) => {
-                    const made = findingItem(finding);
-                    made.firstChild.prepend(nodeLink(node.id), " ");
-                    return made;
-                })),
-            section("Runs with every write", ...unconditional.length
-                ? [list(unconditional.map(node => nodeLink(node.id)))] : []),
+                : findings.map(({ node, finding }) => findingItem(finding, nodeLink(node.id)))),
+            section("Runs with every write", ...unconditional.length ? [list(unconditional.map(nodeLink))] : []),
             section("Keys", element("dl", {}, ...[
                 ["/", "find"], ["Enter", "next match; with Shift the one before"], ["+ −", "zoom"], ["0", "fit"],
                 ["← ↑ ↓ →", "move"], ["Tab", "next node; Enter selects it"], ["Esc", "clear"],
