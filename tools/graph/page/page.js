@@ -720,7 +720,7 @@
                 keys[event.key]();
             }
         });
-        svg.addEventListener("focusin", event => {
+        stage.addEventListener("focusin", event => {
             const group = event.target.closest("g[role=button]");
             if (group?.matches(":focus-visible")) {
                 reveal(group.id);
