@@ -1,12 +1,15 @@
 # shellcheck shell=sh
 # What the scripts share; they source it.
 
-# What it takes to build, and what the checks take on top, as Debian and Ubuntu call it.
+# What it takes to build, and what checks and tests take on top, as Debian and Ubuntu call it.
 # shellcheck disable=SC2034 # used by the scripts
 build_packages='cmake ninja-build g++ git python3 python3-jsonschema qtbase5-dev libcli11-dev
     rapidjson-dev libgtest-dev libbenchmark-dev'
 # shellcheck disable=SC2034
 check_packages='clang-format clang-tidy'
+# The page of a graph is tested in a browser.
+# shellcheck disable=SC2034
+test_packages='chromium chromium-driver'
 
 say() {
     printf '%s\n' "$*" >&2
@@ -21,7 +24,8 @@ missing_packages() {
                 python3 -c "import ${package#python3-}" 2>/dev/null || printf '%s ' "$package"
                 continue
                 ;;
-            cmake | git | python3 | clang-format | clang-tidy) tool=$package ;;
+            cmake | git | python3 | clang-format | clang-tidy | chromium) tool=$package ;;
+            chromium-driver) tool=chromedriver ;;
             ninja-build) tool=ninja ;;
             g++) tool=c++ ;;
             *) tool= ;;
@@ -41,7 +45,8 @@ install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         say 'No apt-get here, so nothing is installed. Needed are CMake 3.22, Ninja, a C++17'
         say 'compiler, Git, Python 3 with its package jsonschema, Qt 5.15 (Core), CLI11, RapidJSON,'
-        say 'GoogleTest and Google Benchmark; for scripts/check also clang-format and clang-tidy.'
+        say 'GoogleTest and Google Benchmark; for scripts/check also clang-format and clang-tidy,'
+        say 'for scripts/test Chromium with its chromedriver.'
         return
     fi
 

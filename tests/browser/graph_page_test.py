@@ -394,6 +394,16 @@ class GraphPage(unittest.TestCase):
         self.await_heading("Off")
         self.assertIn("n7", self.browser.run(LIT))
 
+    def test_what_the_address_shows_can_be_read_on_a_small_screen(self):
+        self.browser.resize(390, 844)
+        self.open("#show=n4")
+        inside, scale = self.browser.run("""
+            const node = n4.getBoundingClientRect(), room = stage.getBoundingClientRect();
+            return [node.left >= room.left && node.right <= room.right && node.top >= room.top
+                    && node.bottom <= room.bottom, new DOMMatrix(document.querySelector("#drawing svg").style.transform).a]""")
+        self.assertTrue(inside)
+        self.assertEqual(scale, 1)
+
     def test_an_address_of_another_graph_shows_the_whole(self):
         self.open("#show=n99&write=Elsewhere")
         self.await_heading("display-units")
@@ -460,14 +470,20 @@ class GraphPage(unittest.TestCase):
         for light, dark in zip(*colors):
             self.assertNotEqual(light, dark)
 
+    def check_contrasts(self, scheme, state):
+        contrasts = self.browser.run(CONTRASTS)
+        self.assertGreater(len(contrasts), 40)
+        self.assertEqual([(scheme, state, *found) for found in contrasts if found[1] < 4.5], [])
+
     def test_texts_can_be_read_in_both_schemes(self):
         for scheme in ("light", "dark"):
             self.browser.emulate(scheme)
             for address in ("", "#show=n4", "#show=e1", "#show=n9"):
                 self.open(address)
-                contrasts = self.browser.run(CONTRASTS)
-                self.assertGreater(len(contrasts), 40)
-                self.assertEqual([(scheme, address, *found) for found in contrasts if found[1] < 4.5], [])
+                self.check_contrasts(scheme, address)
+            self.browser.type("#search", "Fields")
+            self.browser.until("return document.querySelector('.match') && document.querySelector('mark')")
+            self.check_contrasts(scheme, "search")
 
     def test_paper_has_the_whole_drawing_on_one_page_and_no_controls(self):
         self.open("#show=n4")
@@ -482,6 +498,12 @@ class GraphPage(unittest.TestCase):
         self.assertGreaterEqual(left, 0)
         self.assertLessEqual(right, width)
         self.assertEqual(len(re.findall(rb"/Type\s*/Page\b", self.browser.print())), 1)
+
+    def test_paper_says_which_write_is_lit(self):
+        self.open("#write=Settings%2FFlowUnit")
+        self.browser.emulate(media="print")
+        seen = "return arguments[0].map(id => document.getElementById(id).checkVisibility())"
+        self.assertEqual(self.browser.run(seen, ["pick", "search", "pick-clear", "zoom"]), [True, False, False, False])
 
 
 if __name__ == "__main__":

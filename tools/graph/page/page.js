@@ -183,7 +183,7 @@
     /* ---- pan and zoom ---- */
 
     const whole = { left: 0, right: size.width, top: 0, bottom: size.height };
-    const limits = { least: 0.05, most: 6, fit: 1.6, readable: 1 };
+    const limits = { least: 0.05, most: 6, fit: 1.6, legible: 0.6, readable: 1 };
     const view = { x: 0, y: 0, scale: 1 };
     /** What fills the stage until somebody moves it, and again when the window changes. */
     let fitted = whole;
@@ -754,6 +754,9 @@
     window.addEventListener("hashchange", update);
     update();
     fit(last.light ? around(litIds(last.light)) : whole);
+    if (last.show && view.scale < limits.legible) {
+        center(last.show.id);
+    }
     new ResizeObserver(() => fitted && fit(fitted)).observe(stage);
     document.documentElement.classList.add("ready");
 })();
