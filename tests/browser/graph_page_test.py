@@ -13,6 +13,7 @@ import json
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -507,4 +508,5 @@ class GraphPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that the browser is closed
     unittest.main()

@@ -1,5 +1,6 @@
 """A browser that tests drive, by the WebDriver protocol."""
 
+import atexit
 import base64
 import json
 import os
@@ -32,6 +33,7 @@ class Browser:
         self.folder = tempfile.mkdtemp(prefix="unitflow-browser-")
         self.driver = None
         self.session = None
+        atexit.register(self.close)
         try:
             self.base = f"http://127.0.0.1:{self._start_driver()}"
             self.session = self._call("POST", "/session", self._capabilities())["sessionId"]
@@ -79,6 +81,7 @@ class Browser:
                 except ProcessLookupError:
                     pass
                 self.driver.wait()
+            self.driver = self.session = None
             shutil.rmtree(self.folder, ignore_errors=True)
 
     def _call(self, method, path, body=None):

@@ -95,7 +95,9 @@
     const boxes = new Map();
     const size = { width: svg.viewBox.baseVal.width, height: svg.viewBox.baseVal.height };
 
-    const shapeOf = group => group.querySelector("path, polygon, ellipse");
+    /** The shape around the texts of a group: that of a node, or the frame beside a line. */
+    const frameOf = group => group.classList.contains("edge") ? group.querySelector(".frame")
+                                                              : group.querySelector("path, polygon, ellipse");
 
     /** Tells the line and its tip from what frames the text beside them. */
     function prepareEdge(group) {
@@ -105,33 +107,55 @@
         frames.forEach(frame => frame.classList.add("frame"));
         // A thin line is hard to hit.
         line.before(svgElement("path", { class: "hit", d: line.getAttribute("d") }));
-        fitTexts(group, frames[0]);
+    }
+
+    function prepareGroup(group) {
+        const thing = things.get(group.id);
+        if (group.classList.contains("edge")) {
+            prepareEdge(group);
+        }
+        if (thing) {
+            groups.set(thing.id, group);
+            group.setAttribute("role", "button");
+            group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
+            group.setAttribute("aria-label", labelOf(thing));
+        } else if (group.classList.contains("watch")) {
+            const [entry, node] = group.id.split("-");
+            entryEdges.push({ entry, node, group });
+        }
+    }
+
+    /** The texts of a group with their places, and the room that each has. */
+    function measuredTexts(group) {
+        const frame = frameOf(group);
+        const box = frame?.getBBox();
+        return [...box ? group.querySelectorAll("text") : []].map(text => {
+            const begin = Number(text.getAttribute("x"));
+            const middle = box.x + box.width / 2;
+            // A diamond has its text in the middle, a box to the left.
+            const diamond = frame.localName === "polygon";
+            return { text, middle: diamond ? middle : null, length: text.getComputedTextLength(),
+                     room: diamond ? 2 * (middle - begin) : box.x + box.width - begin - 4 };
+        });
     }
 
     /** The fonts of who looks at the page are not those of who drew it. */
-    function fitTexts(group, shape) {
-        const box = shape?.getBBox();
-        for (const text of box ? group.querySelectorAll("text") : []) {
-            const begin = Number(text.getAttribute("x"));
-            const middle = box.x + box.width / 2;
-            let room = box.x + box.width - begin - 4;
-            if (shape.localName === "polygon") {
-                room = 2 * (middle - begin);
-                text.setAttribute("x", middle);
-                text.setAttribute("text-anchor", "middle");
-            }
-            if (text.getComputedTextLength() > room) {
-                text.setAttribute("textLength", room);
-                text.setAttribute("lengthAdjust", "spacingAndGlyphs");
-            }
+    function fitText({ text, middle, length, room }) {
+        if (middle !== null) {
+            text.setAttribute("x", middle);
+            text.setAttribute("text-anchor", "middle");
+        }
+        if (length > room) {
+            text.setAttribute("textLength", room);
+            text.setAttribute("lengthAdjust", "spacingAndGlyphs");
         }
     }
 
     function addBadge(group, findings) {
         const worst = severities.find(severity => findings.some(one => one.severity === severity));
-        const shape = shapeOf(group);
-        const box = shape.getBBox();
-        const inset = shape.localName === "polygon" ? 0.25 : 0;
+        const frame = frameOf(group);
+        const box = frame.getBBox();
+        const inset = frame.localName === "polygon" ? 0.25 : 0;
         const at = { x: box.x + box.width * (1 - inset), y: box.y + box.height * inset };
         const badge = svgElement("g", { class: `badge ${worst}` });
         badge.append(svgElement("circle", { cx: at.x, cy: at.y, r: 7 }));
@@ -145,26 +169,6 @@
         svg.setAttribute("height", size.height);
         svg.setAttribute("role", "group");
         svg.setAttribute("aria-label", "Nodes and edges");
-        for (const group of svg.querySelectorAll("g.node, g.edge")) {
-            const thing = things.get(group.id);
-            if (group.classList.contains("edge")) {
-                prepareEdge(group);
-            } else {
-                fitTexts(group, shapeOf(group));
-            }
-            if (thing) {
-                groups.set(thing.id, group);
-                group.setAttribute("role", "button");
-                group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
-                group.setAttribute("aria-label", labelOf(thing));
-            } else if (group.classList.contains("watch")) {
-                const [entry, node] = group.id.split("-");
-                entryEdges.push({ entry, node, group });
-            }
-            if (thing?.node?.findings.length) {
-                addBadge(group, thing.node.findings);
-            }
-        }
         // The panel says it better than what would show wherever the pointer rests.
         for (const title of svg.querySelectorAll("title")) {
             title.remove();
@@ -172,11 +176,19 @@
         for (const anchor of svg.querySelectorAll("a")) {
             anchor.replaceWith(...anchor.childNodes);
         }
+        const all = [...svg.querySelectorAll("g.node, g.edge")];
+        all.forEach(prepareGroup);
+        // All is measured before anything changes, or the browser would lay out once for each text.
+        const texts = all.flatMap(measuredTexts);
         const origin = svg.getBoundingClientRect();
         for (const [id, group] of groups) {
             const box = group.getBoundingClientRect();
             boxes.set(id, { left: box.left - origin.left, right: box.right - origin.left,
                             top: box.top - origin.top, bottom: box.bottom - origin.top });
+        }
+        texts.forEach(fitText);
+        for (const node of graph.nodes.filter(one => one.findings.length > 0)) {
+            addBadge(groups.get(node.id), node.findings);
         }
     }
 
