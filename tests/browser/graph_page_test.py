@@ -248,15 +248,15 @@ class GraphPage(unittest.TestCase):
 
     # --- moving
 
-    def test_dragging_moves_the_drawing_and_selects_nothing(self):
-        self.open()
+    def test_dragging_moves_the_drawing_and_leaves_the_selection(self):
+        self.open("#show=n3")
         before = self.browser.run("return document.getElementById('n4').getBoundingClientRect().toJSON()")
         start = [int(before["x"] + 10), int(before["y"] + 10)]
         self.browser.drag(start, [start[0] - 120, start[1] + 60])
         after = self.browser.run("return document.getElementById('n4').getBoundingClientRect().toJSON()")
         self.assertAlmostEqual(after["x"], before["x"] - 120, delta=1)
         self.assertAlmostEqual(after["y"], before["y"] + 60, delta=1)
-        self.assertEqual(self.browser.run("return location.hash"), "")
+        self.assertEqual(self.browser.run("return location.hash"), "#show=n3")
 
     def test_the_wheel_zooms_where_the_pointer_is(self):
         self.open()
@@ -351,6 +351,9 @@ class GraphPage(unittest.TestCase):
             started = {entries()[write["text"]]} if write["text"] in entries() else set()
             every = f"w{len(entries()) + 1}"
             self.assertEqual({thing for thing in lit if thing.startswith("w")}, started | {every}, name)
+            ways = self.browser.run("return [...document.querySelectorAll('.watch.lit')].map(group => group.id)")
+            self.assertEqual(set(ways), {f"{every}-n8"} | {f"{entry}-{node['id']}" for entry in started
+                for node in GRAPH["nodes"] if write["text"] in [watch["text"] for watch in node["watches"]]}, name)
         faded = self.browser.run("return getComputedStyle(document.getElementById('n7')).opacity")
         self.assertLess(float(faded), 0.5)
 
@@ -432,6 +435,18 @@ class GraphPage(unittest.TestCase):
         self.await_heading("Written")
         self.browser.press(Keys.ESCAPE)
         self.await_heading("display-units")
+
+    def test_the_focus_stays_in_the_panel_when_its_content_changes(self):
+        self.open("#show=n2")
+        self.browser.run("document.getElementById('skip').focus()")
+        self.browser.press(Keys.ENTER)
+        self.assertEqual(self.browser.run("return document.activeElement.id"), "panel")
+        self.browser.press(Keys.TAB)
+        self.browser.press(Keys.TAB)
+        self.assertEqual(self.browser.run("return document.activeElement.textContent"), "Written")
+        self.browser.press(Keys.ENTER)
+        self.await_heading("Written")
+        self.assertEqual(self.browser.run("return document.activeElement.id"), "panel")
 
     def test_what_can_be_clicked_has_a_role_and_a_name(self):
         self.open()

@@ -120,8 +120,7 @@
             group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
             group.setAttribute("aria-label", labelOf(thing));
         } else if (group.classList.contains("watch")) {
-            const [entry, node] = group.id.split("-");
-            entryEdges.push({ entry, node, group });
+            entryEdges.push({ entry: group.id.split("-")[0], group });
         }
     }
 
@@ -393,8 +392,8 @@
         for (const [id, group] of groups) {
             group.classList.toggle("lit", lit.has(id));
         }
-        for (const { entry, node, group } of entryEdges) {
-            group.classList.toggle("lit", lit.has(entry) && lit.has(node));
+        for (const { entry, group } of entryEdges) {
+            group.classList.toggle("lit", lit.has(entry));
         }
         pick.value = key;
         byId("pick-clear").hidden = !light;
