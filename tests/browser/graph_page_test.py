@@ -4,7 +4,8 @@
 usage: graph_page_test.py GRAPH_PAGE
 
 GRAPH_PAGE is the program that makes the page of a JSON form and a drawing. Those beside this file
-are what "unitflow graph --link" gives for the example with a few mistakes added.
+are what "unitflow graph display-units --link controller:display" gives for the example when
+dependency/display-units.json here, which has a few mistakes, takes the place of its own.
 """
 
 import copy
