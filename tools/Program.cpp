@@ -7,6 +7,7 @@
 #include "tools/console/Messages.h"
 #include "tools/console/Text.h"
 #include "tools/explain/ExplainCommand.h"
+#include "tools/graph/GraphCommand.h"
 #include "tools/resolve/ResolveCommand.h"
 #include "tools/types/SchemaCommand.h"
 #include "tools/types/TypesCommand.h"
@@ -57,6 +58,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<TypesCommand>());
     commands.push_back(std::make_unique<SchemaCommand>());
     commands.push_back(std::make_unique<CheckCommand>());
+    commands.push_back(std::make_unique<GraphCommand>());
     commands.push_back(std::make_unique<InitCommand>());
     return commands;
 }

@@ -113,6 +113,12 @@ void Console::print(const QString& text)
     }
 }
 
+void Console::printBytes(const QByteArray& bytes)
+{
+    clearStatus();
+    streams.out.write(bytes.constData(), bytes.size());
+}
+
 void Console::chooseJson()
 {
     chosen.json = true;
@@ -120,9 +126,14 @@ void Console::chooseJson()
 
 void Console::write(JsonDocument& document, ExitCode exitCode)
 {
-    addProblems(document, reported);
     clearStatus();
-    send(streams.out, document.finish(exitCode));
+    send(streams.out, finished(document, exitCode));
+}
+
+QString Console::finished(JsonDocument& document, ExitCode exitCode) const
+{
+    addProblems(document, reported);
+    return document.finish(exitCode);
 }
 
 void Console::stream(JsonDocument& document)

@@ -6,6 +6,7 @@
 #include "tools/console/ExitCode.h"
 #include "tools/console/Streams.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
@@ -44,10 +45,14 @@ public:
     void show(const QString& lines);
     /// Data that is written whatever the options.
     void print(const QString& text);
+    /// The same for data that may be no text.
+    void printBytes(const QByteArray& bytes);
     /// Makes it as if --json was given.
     void chooseJson();
     /// Data for programs: adds what was reported and the exit code and closes the document.
     void write(JsonDocument& document, ExitCode exitCode);
+    /// The same, but leaves it to the caller where the document goes.
+    QString finished(JsonDocument& document, ExitCode exitCode) const;
     /// Writes what a document has so far.
     void stream(JsonDocument& document);
     /// Data for programs that is no document, in whole lines.

@@ -103,7 +103,8 @@ private:
                 patterns.append(QJsonArray{url});
             } else if (comparator < 0) {
                 urls.append(QJsonArray{url});
-            } else if (ConfigurationAndProcessDataTools::extractConfigValue(url, source)
+            } else if (source.isNull() ||
+                       ConfigurationAndProcessDataTools::extractConfigValue(url, source)
                            .isValid()) {
                 isAlwaysOpen = true;
             }

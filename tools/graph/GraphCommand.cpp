@@ -1,0 +1,409 @@
+#include "tools/graph/GraphCommand.h"
+
+#include "filehost/LinkPlan.h"
+#include "filehost/Session.h"
+#include "tools/console/Console.h"
+#include "tools/console/Json.h"
+#include "tools/console/Messages.h"
+#include "tools/console/Names.h"
+#include "tools/console/Text.h"
+#include "tools/explain/TraceTree.h"
+#include "tools/graph/DotText.h"
+#include "tools/graph/GraphJson.h"
+#include "tools/graph/GraphOverlay.h"
+#include "tools/graph/GraphRuns.h"
+#include "tools/graph/Graphviz.h"
+#include "tools/graph/MermaidText.h"
+#include "tools/graph/OutputFile.h"
+#include "tools/workspace/Access.h"
+#include "trace/TraceReader.h"
+
+#include <CLI/CLI.hpp>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <vector>
+
+namespace tools {
+
+namespace {
+
+using filehost::DescriptionPlaces;
+using filehost::Link;
+using filehost::Problem;
+using filehost::Session;
+using filehost::Workspace;
+
+const char* const examples =
+    R"(Without DESCRIPTION: the only one of the workspace. The text is a line for each
+path through the description. Pictures have what is watched on the left, then
+switch nodes as diamonds and command nodes as boxes with what they set; dashed is
+what no write ever gets to. SVG and PNG are drawn by Graphviz. Without --format
+the ending of -o says what to write.
+
+--link takes a link of the description as SOURCE:TARGET, or the line of
+links.json where it stands, and shows which leaf each row sets there, if it is
+there. --trace takes what "unitflow explain --json" wrote and shows what ran.
+
+Examples:
+  unitflow graph display-units
+  unitflow graph display-units -o display-units.svg
+  unitflow graph display-units --link controller:display -o units.png
+  unitflow explain controller Settings/FlowUnit --json >flow.ndjson
+  unitflow graph display-units --trace flow.ndjson --format dot)";
+
+/// The formats, each with the endings of files that have it.
+struct Format {
+    const char* name;
+    QStringList endings;
+};
+
+const QList<Format>& formats()
+{
+    static const QList<Format> all{
+        {"text", {QStringLiteral("txt")}},
+        {"dot", {QStringLiteral("dot"), QStringLiteral("gv")}},
+        {"mermaid", {QStringLiteral("mmd"), QStringLiteral("mermaid")}},
+        {"json", {QStringLiteral("json")}},
+        {"svg", {QStringLiteral("svg")}},
+        {"png", {QStringLiteral("png")}},
+    };
+    return all;
+}
+
+/// Empty when no format has that ending.
+QString formatOf(const QString& file)
+{
+    const QString ending = QFileInfo(file).suffix().toLower();
+    for (const Format& format : formats()) {
+        if (format.endings.contains(ending)) {
+            return QLatin1String(format.name);
+        }
+    }
+    return {};
+}
+
+QString linkLine(const Link& link)
+{
+    return QStringLiteral("%1%2").arg(placeOf(link), describe(link));
+}
+
+bool isSame(const Link& link, const trace::Link& told)
+{
+    return link.source == told.source && link.target == told.target &&
+           link.isProcess == told.isProcess && link.parameters == told.parameters;
+}
+
+} // namespace
+
+CLI::App* GraphCommand::declare(CLI::App& program)
+{
+    CLI::App* command = program.add_subcommand("graph", "Draw a description");
+    command->add_option("DESCRIPTION", nameArgument, "The description, for example display-units")
+        ->option_text(" ");
+    command->add_option("--format", formatArgument, "text, dot, mermaid, json, svg or png")
+        ->check(CLI::IsMember({"text", "dot", "mermaid", "json", "svg", "png"}))
+        ->option_text("FORMAT");
+    command->add_option("-o", fileArgument, "Write to this file")->option_text("FILE");
+    command->add_option("--link", linkArgument, "Show the targets that rows have for this link")
+        ->option_text("LINK");
+    command->add_option("--trace", traceArgument, "Show what ran in this trace")
+        ->option_text("FILE");
+    command->footer(examples);
+    return command;
+}
+
+ExitCode GraphCommand::run(Console& console)
+{
+    const bool isReady = chooseFormat(console) && checkUsage(console) && readDescription(console);
+    return isReady ? write(console) : fail(console);
+}
+
+bool GraphCommand::chooseFormat(Console& console)
+{
+    const QString file = QString::fromStdString(fileArgument);
+    format = QString::fromStdString(formatArgument);
+    if (console.options().json) {
+        format = QStringLiteral("json");
+    }
+    if (format == QLatin1String("json")) {
+        console.chooseJson();
+    }
+    if (format.isEmpty()) {
+        format = file.isEmpty() ? QStringLiteral("text") : formatOf(file);
+    }
+    if (format.isEmpty()) {
+        console.complain(QStringLiteral("no format has files that end like %1").arg(quoted(file)),
+                         QStringLiteral("add --format: text, dot, mermaid, json, svg or png"));
+        return false;
+    }
+    return true;
+}
+
+bool GraphCommand::checkUsage(Console& console) const
+{
+    if (format == QLatin1String("png") && fileArgument.empty() && console.isOnTerminal()) {
+        console.complain(QStringLiteral("a PNG is nothing for a terminal"),
+                         QStringLiteral("name a file: -o FILE"));
+        return false;
+    }
+    if (format == QLatin1String("text") && !(linkArgument.empty() && traceArgument.empty())) {
+        console.complain(
+            QStringLiteral("--link and --trace show nothing in the text"),
+            QStringLiteral("choose another form with --format: dot, mermaid, json, svg or png"));
+        return false;
+    }
+    return true;
+}
+
+bool GraphCommand::readDescription(Console& console)
+{
+    const std::optional<Workspace> workspace = openWorkspace(console);
+    if (!workspace || !chooseDescription(*workspace, console)) {
+        return false;
+    }
+    QList<Problem> problems;
+    const std::optional<DescriptionPlaces> places =
+        DescriptionPlaces::read(*workspace, graph.description, problems);
+    console.report(problems);
+    if (!places) {
+        return false;
+    }
+    graph = readGraph(*places, graph.description);
+    if (format == QLatin1String("text")) {
+        return true; // the paths need nothing of what follows
+    }
+    if (linkArgument.empty()) {
+        addRuns(graph);
+    } else if (!addLink(*workspace, console)) {
+        return false;
+    }
+    return traceArgument.empty() || addTrace(console);
+}
+
+bool GraphCommand::chooseDescription(const Workspace& workspace, Console& console)
+{
+    const QStringList names = workspace.dependencyNames();
+    graph.description = QString::fromStdString(nameArgument);
+    if (nameArgument.empty() && names.size() == 1) {
+        graph.description = names.first();
+    }
+    if (names.contains(graph.description)) {
+        return true;
+    }
+    const QString list = names.isEmpty() ? QStringLiteral("there is none in this workspace")
+                                         : QStringLiteral("there are ") + enumerated(names);
+    if (nameArgument.empty()) {
+        console.report(Problem{Problem::Code::Missing,
+                               {},
+                               0,
+                               0,
+                               QStringLiteral("no description is named"),
+                               names.isEmpty() ? list
+                                               : list + QStringLiteral("; type \"unitflow graph "
+                                                                       "%1\"")
+                                                            .arg(names.first())});
+        return false;
+    }
+    const QString nearest = nearestNamesText(graph.description, names);
+    console.report(
+        Problem{Problem::Code::Missing,
+                {},
+                0,
+                0,
+                QStringLiteral("there is no description %1").arg(quoted(graph.description)),
+                nearest.isEmpty() ? list : nearest});
+    return false;
+}
+
+bool GraphCommand::addLink(const Workspace& workspace, Console& console)
+{
+    graph.link = chosenLink(workspace, console);
+    if (!graph.link) {
+        return false;
+    }
+    Session session(workspace, Session::Access::Read);
+    if (!beginSession(session, console)) {
+        return false;
+    }
+    const filehost::Instance target = filehost::targetOf(*graph.link);
+    const GraphTrees trees{session.view(filehost::sourceOf(*graph.link)), session.view(target),
+                           session.load(target)};
+    const QList<Problem> problems = session.takeProblems();
+    for (const Problem& problem : problems) {
+        console.report({Severity::Error, problem, graph.link});
+    }
+    if (trees.source.isNull() || trees.target.isNull() || trees.scratch.isNull()) {
+        return false;
+    }
+    Messages messages([&](const QString& lastWords) {
+        console.report({Severity::Error,
+                        {Problem::Code::Shape, graph.file, 0, 0, lastWords,
+                         QStringLiteral("the program ends here, as it would when that row is run; "
+                                        "\"unitflow check\" tells which one it is")},
+                        graph.link});
+    });
+    addRuns(graph, trees);
+    return true;
+}
+
+std::optional<Link> GraphCommand::chosenLink(const Workspace& workspace, Console& console) const
+{
+    QList<Problem> problems;
+    QList<Link> candidates;
+    for (const Link& link : workspace.links(problems)) {
+        if (link.dependency == graph.description) {
+            candidates.append(link);
+        }
+    }
+    console.report(problems);
+    const QString wanted = QString::fromStdString(linkArgument);
+    QList<Link> found;
+    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(found),
+                 [&](const Link& link) {
+                     return wanted == QString::number(link.line) ||
+                            wanted == link.source + QLatin1Char(':') + link.target;
+                 });
+    if (found.size() == 1) {
+        return found.first();
+    }
+    const QList<Link>& choice = found.isEmpty() ? candidates : found;
+    QStringList lines;
+    for (const Link& link : choice) {
+        lines.append(linkLine(link));
+    }
+    const QString listed = lines.join(QStringLiteral("; "));
+    const QString message = found.isEmpty() ? QStringLiteral("no link through %1 is %2")
+                                            : QStringLiteral("several links through %1 are %2");
+    const QString advice =
+        candidates.isEmpty() ? QStringLiteral("no link of this workspace goes through it")
+        : found.isEmpty()    ? QStringLiteral("SOURCE:TARGET or the line of one of: ") + listed
+                             : QStringLiteral("name the line, as in \"--link %1\": %2")
+                                .arg(found.first().line)
+                                .arg(listed);
+    console.report(Problem{
+        Problem::Code::Missing, {}, 0, 0, message.arg(graph.description, quoted(wanted)), advice});
+    return std::nullopt;
+}
+
+bool GraphCommand::addTrace(Console& console)
+{
+    const QString name = QString::fromStdString(traceArgument);
+    QFile file(name);
+    const auto report = [&](Problem::Code code, int line, const QString& message,
+                            const QString& advice) {
+        console.report(Problem{code, name, line, line > 0 ? 1 : 0, message, advice});
+        return false;
+    };
+    if (!file.open(QIODevice::ReadOnly)) {
+        return report(Problem::Code::Read, 0,
+                      QStringLiteral("cannot be read: %1").arg(file.errorString()), {});
+    }
+    const trace::Trace trace = trace::readTrace(file.readAll());
+    for (const trace::TraceError& error : trace.errors) {
+        report(Problem::Code::Syntax, error.line, error.message,
+               QStringLiteral("\"unitflow explain --json\" writes traces"));
+    }
+    if (!trace.errors.isEmpty()) {
+        return false;
+    }
+    const std::vector<LinkTrace> all = traceTree(trace.events);
+    std::vector<const LinkTrace*> runs;
+    QStringList others;
+    for (const LinkTrace& run : all) {
+        if (!run.link) {
+            continue;
+        }
+        const bool isChosen = run.link->dependency == graph.description &&
+                              (!graph.link || isSame(*graph.link, *run.link));
+        if (isChosen) {
+            runs.push_back(&run);
+        } else if (!others.contains(run.link->dependency)) {
+            others.append(run.link->dependency);
+        }
+    }
+    if (runs.empty()) {
+        return report(
+            Problem::Code::Missing, 0,
+            QStringLiteral("the trace tells of no link through %1")
+                .arg(graph.description + (graph.link ? QStringLiteral(" like this") : QString())),
+            others.isEmpty() ? QString() : QStringLiteral("it tells of ") + enumerated(others));
+    }
+    if (!tools::addTrace(graph, runs)) {
+        return report(Problem::Code::Shape, 0,
+                      QStringLiteral("what ran is not all in %1").arg(graph.file),
+                      QStringLiteral("it was changed since; explain the write again"));
+    }
+    return true;
+}
+
+QByteArray GraphCommand::json(Console& console, ExitCode exitCode) const
+{
+    JsonDocument document(QStringLiteral("graph"));
+    addGraph(document, graph);
+    return console.finished(document, exitCode).toUtf8();
+}
+
+/// Nothing, reported, when somebody else is needed and cannot do it.
+std::optional<QByteArray> GraphCommand::rendered(Console& console) const
+{
+    if (format == QLatin1String("text")) {
+        QString text;
+        for (const QString& path : pathsOf(graph)) {
+            text += path.isEmpty() ? QString() : printable(path) + QLatin1Char('\n');
+        }
+        return text.toUtf8();
+    }
+    if (format == QLatin1String("dot")) {
+        return dotText(graph).toUtf8();
+    }
+    if (format == QLatin1String("mermaid")) {
+        return mermaidText(graph).toUtf8();
+    }
+    return format == QLatin1String("json") ? json(console, ExitCode::Done)
+                                           : drawnByGraphviz(dotText(graph), format, console);
+}
+
+ExitCode GraphCommand::write(Console& console)
+{
+    const std::optional<QByteArray> bytes = rendered(console);
+    if (!bytes) {
+        return fail(console);
+    }
+    hint(console);
+    const QString file = QString::fromStdString(fileArgument);
+    if (file.isEmpty()) {
+        console.printBytes(*bytes);
+        return ExitCode::Done;
+    }
+    return writeFile(file, *bytes, console) ? ExitCode::Done : fail(console);
+}
+
+/// With --json there is a document all the same.
+ExitCode GraphCommand::fail(Console& console) const
+{
+    if (console.options().json) {
+        console.printBytes(json(console, ExitCode::Failed));
+    }
+    return ExitCode::Failed;
+}
+
+void GraphCommand::hint(Console& console) const
+{
+    int mistakes = 0;
+    for (const GraphNode& node : graph.nodes) {
+        mistakes += static_cast<int>(
+            std::count_if(node.findings.begin(), node.findings.end(), [](const auto& finding) {
+                return checker::describe(finding.code).severity != checker::Severity::Note;
+            }));
+    }
+    if (mistakes > 0) {
+        console.note(QStringLiteral("%1 in it; \"unitflow check %2\" tells more.")
+                         .arg(counted(mistakes, QStringLiteral("mistake is"),
+                                      QStringLiteral("mistakes are")),
+                              printable(graph.file)));
+    }
+}
+
+} // namespace tools
