@@ -161,7 +161,7 @@ private:
             rows += row(lineHtml(each, color), false);
         }
         const QString label =
-            lines.empty() ? QString() : QStringLiteral("label=<%1>, ").arg(table(rows));
+            lines.empty() ? QString() : QStringLiteral("label=<%1>, ").arg(chip(rows));
         const QString tooltip = inQuotes(edgeTooltip(node).join(QLatin1Char('\n')));
         text += QStringLiteral("  %1 -> %2 [id=\"%3\", class=\"edge%4\", %5tooltip=%6, "
                                "labeltooltip=%6, %7];\n")
@@ -187,7 +187,9 @@ private:
 
     QString line(bool isBold, bool isDashed) const
     {
-        const char* const color = graph.trace && !isBold ? asideLook.line : edgeLine;
+        const char* const color = graph.trace && !isBold ? asideLook.line
+                                  : isDashed             ? unreachableLook.line
+                                                         : edgeLine;
         return QStringLiteral("color=\"%1\"%2%3")
             .arg(QLatin1String(color), isBold ? QStringLiteral(", penwidth=2.4") : QString(),
                  isDashed ? QStringLiteral(", style=dashed") : QString());
@@ -203,6 +205,16 @@ private:
     {
         return QStringLiteral("<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" "
                               "CELLPADDING=\"1\">%1</TABLE>")
+            .arg(rows);
+    }
+
+    /// What stands beside an edge: in a frame of its own, which keeps off the edge.
+    static QString chip(const QString& rows)
+    {
+        return QStringLiteral("<TABLE BORDER=\"0\" CELLBORDER=\"0\" CELLSPACING=\"0\" "
+                              "CELLPADDING=\"3\"><TR><TD><TABLE BORDER=\"1\" COLOR=\"#d6d3d1\" "
+                              "BGCOLOR=\"#fffbeb\" STYLE=\"ROUNDED\" CELLBORDER=\"0\" "
+                              "CELLSPACING=\"0\" CELLPADDING=\"2\">%1</TABLE></TD></TR></TABLE>")
             .arg(rows);
     }
 

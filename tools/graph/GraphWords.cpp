@@ -51,15 +51,15 @@ QString cellsText(const QVariantList& cells)
 
 QString conditionText(const GraphTable& table, const GraphRow& row)
 {
-    const QString pattern = cell(table, row, {CellRole::Pattern});
-    const QString subject = has(table, CellRole::Pattern)
-                                ? QStringLiteral("~ ") + shortened(pattern)
-                                : shortened(cell(table, row, {CellRole::SourceUrl}));
+    const QString subject =
+        has(table, CellRole::Pattern)
+            ? QStringLiteral("~ ") + shortened(cell(table, row, {CellRole::Pattern}))
+            : shortened(cell(table, row, {CellRole::SourceUrl}));
     return has(table, CellRole::Comparator)
                ? QStringLiteral("%1 %2 %3")
                      .arg(subject, shortened(cell(table, row, {CellRole::Comparator})),
                           shortened(cell(table, row, {CellRole::Constant})))
-               : QStringLiteral("write of %1").arg(subject);
+               : subject;
 }
 
 QString targetText(const GraphTarget& target)
@@ -197,12 +197,13 @@ std::vector<GraphLine> edgeLines(const GraphNode& node)
 {
     std::vector<GraphLine> lines;
     for (const GraphTable& table : node.conditions) {
+        QString before = has(table, CellRole::Comparator) ? QString() : QStringLiteral("write of ");
         for (const GraphRow& row : table.rows) {
             if (isShown(table, row)) {
                 const QString either = lines.empty() ? QString() : QStringLiteral("or ");
-                lines.push_back({either + conditionText(table, row), row.ran       ? Mood::Strong
-                                                                     : !row.counts ? Mood::Quiet
-                                                                                   : Mood::Plain});
+                const Mood mood = row.ran ? Mood::Strong : row.counts ? Mood::Plain : Mood::Quiet;
+                lines.push_back({either + before + conditionText(table, row), mood});
+                before.clear();
             }
         }
     }
