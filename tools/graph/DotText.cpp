@@ -34,21 +34,26 @@ constexpr Look asideLook{"#ffffff", "#cbd5e1", "#94a3b8"}; ///< what a trace did
 constexpr const char* badText = "#b91c1c";
 constexpr const char* edgeLine = "#475569";
 
-/// Within double quotes, where a backslash escapes and "&" may begin an entity.
-QString inQuotes(const QString& text)
+QString inQuotes(QString text)
 {
-    QString escaped = text;
-    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-        .replace(QLatin1Char('"'), QLatin1String("\\\""))
-        .replace(QLatin1Char('&'), QLatin1String("&amp;"))
-        .replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    return QLatin1Char('"') + escaped + QLatin1Char('"');
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('"'), QLatin1String("\\\""));
+    return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-/// Within a label that is written like HTML.
+/// A tooltip may have entities and several lines. Its backslashes are resolved twice.
+QString tooltipOf(const QStringList& lines)
+{
+    QString text = lines.join(QLatin1Char('\n'));
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('&'), QLatin1String("&amp;"));
+    return inQuotes(text).replace(QLatin1Char('\n'), QLatin1String("\\n"));
+}
+
+/// Within a label that is written like HTML, where a backslash has a meaning as well.
 QString inHtml(const QString& text)
 {
-    return text.toHtmlEscaped();
+    return text.toHtmlEscaped().replace(QLatin1Char('\\'), QLatin1String("\\\\"));
 }
 
 QString font(const QString& html, const char* color, int size)
@@ -118,13 +123,13 @@ private:
                                "margin=\"0.12,0.04\", height=0.3, %6];\n")
                     .arg(entry.id, kind, entry.ran ? QStringLiteral(" ran") : QString(),
                          font(entry.ran ? bold(inHtml(words)) : inHtml(words), look.text, 10),
-                         inQuotes(tooltip), drawn(look, false, entry.ran));
+                         tooltipOf({tooltip}), drawn(look, false, entry.ran));
         for (const int number : entry.nodes) {
             const bool ran = entry.ran && graph.node(number).ran;
             text += QStringLiteral("  %1 -> %2 [id=\"%1-%2\", class=\"watch%3\", tooltip=%4, "
                                    "%5];\n")
                         .arg(entry.id, nodeId(number), ran ? QStringLiteral(" ran") : QString(),
-                             inQuotes(tooltip), line(ran, false));
+                             tooltipOf({tooltip}), line(ran, false));
         }
     }
 
@@ -141,13 +146,13 @@ private:
         for (const GraphLine& each : nodeLines(node)) {
             rows += row(lineHtml(each, look.text), isSwitch);
         }
-        text += QStringLiteral("  %1 [id=\"%1\", class=\"node %2%3\", label=<%4>, tooltip=%5, %6"
-                               "%7];\n")
-                    .arg(nodeId(number), kind, state(node), table(rows),
-                         inQuotes(nodeTooltip(node).join(QLatin1Char('\n'))),
-                         isSwitch ? QStringLiteral("shape=diamond, margin=\"0.01,0.01\", ")
-                                  : QStringLiteral("margin=\"0.08,0.05\", "),
-                         drawn(look, !node.isReachable, node.ran, isSwitch));
+        text +=
+            QStringLiteral("  %1 [id=\"%1\", class=\"node %2%3\", label=<%4>, tooltip=%5, %6"
+                           "%7];\n")
+                .arg(nodeId(number), kind, state(node), table(rows), tooltipOf(nodeTooltip(node)),
+                     isSwitch ? QStringLiteral("shape=diamond, margin=\"0.01,0.01\", ")
+                              : QStringLiteral("margin=\"0.08,0.05\", "),
+                     drawn(look, !node.isReachable, node.ran, isSwitch));
     }
 
     void addEdge(const GraphNode& node, int number)
@@ -162,7 +167,7 @@ private:
         }
         const QString label =
             lines.empty() ? QString() : QStringLiteral("label=<%1>, ").arg(chip(rows));
-        const QString tooltip = inQuotes(edgeTooltip(node).join(QLatin1Char('\n')));
+        const QString tooltip = tooltipOf(edgeTooltip(node));
         text += QStringLiteral("  %1 -> %2 [id=\"%3\", class=\"edge%4\", %5tooltip=%6, "
                                "labeltooltip=%6, %7];\n")
                     .arg(nodeId(node.parent), nodeId(number), edgeId(node), state(node), label,
