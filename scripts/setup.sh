@@ -4,7 +4,7 @@
 # What it takes to build, and what checks and tests take on top, as Debian and Ubuntu call it.
 # shellcheck disable=SC2034 # used by the scripts
 build_packages='cmake ninja-build g++ git python3 python3-jsonschema qtbase5-dev libcli11-dev
-    rapidjson-dev libgtest-dev libbenchmark-dev'
+    rapidjson-dev libgtest-dev libbenchmark-dev graphviz'
 # shellcheck disable=SC2034
 check_packages='clang-format clang-tidy'
 # The page of a graph is tested in a browser.
@@ -26,6 +26,7 @@ missing_packages() {
                 ;;
             cmake | git | python3 | clang-format | clang-tidy | chromium) tool=$package ;;
             chromium-driver) tool=chromedriver ;;
+            graphviz) tool=dot ;;
             ninja-build) tool=ninja ;;
             g++) tool=c++ ;;
             *) tool= ;;
@@ -45,8 +46,8 @@ install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         say 'No apt-get here, so nothing is installed. Needed are CMake 3.22, Ninja, a C++17'
         say 'compiler, Git, Python 3 with its package jsonschema, Qt 5.15 (Core), CLI11, RapidJSON,'
-        say 'GoogleTest and Google Benchmark; for scripts/check also clang-format and clang-tidy,'
-        say 'for scripts/test Chromium with its chromedriver.'
+        say 'GoogleTest, Google Benchmark and Graphviz; for scripts/check also clang-format and'
+        say 'clang-tidy, for scripts/test Chromium with its chromedriver.'
         return
     fi
 

@@ -44,6 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Of, HelpText,
                                          Help{"types", {QStringLiteral("types")}},
                                          Help{"schema", {QStringLiteral("schema")}},
                                          Help{"check", {QStringLiteral("check")}},
+                                         Help{"graph", {QStringLiteral("graph")}},
                                          Help{"init", {QStringLiteral("init")}}),
                          [](const testing::TestParamInfo<Help>& test) { return test.param.title; });
 

@@ -73,6 +73,21 @@ protected:
                        QStringLiteral("--dry-run")});
     }
 
+    /// Draws a description that has a mistake, for a link and with what a write ran.
+    QStringList drawTrace() const
+    {
+        QByteArray description = workspace.read(QStringLiteral("dependency/units.json"));
+        description.replace("\"Commands\": {", "\"Commands\": {\n\"CommandSetUnits\": [],");
+        workspace.write(QStringLiteral("dependency/units.json"), description);
+        const Result trace = run(
+            workspace, asJson({QStringLiteral("explain"), QStringLiteral("controller"),
+                               QStringLiteral("Settings/TemperatureUnit"), QStringLiteral("°F")}));
+        workspace.write(QStringLiteral("trace.ndjson"), trace.out.toUtf8());
+        return asJson({QStringLiteral("graph"), QStringLiteral("units"), QStringLiteral("--link"),
+                       QStringLiteral("controller:baking"), QStringLiteral("--trace"),
+                       workspace.path(QStringLiteral("trace.ndjson"))});
+    }
+
     TestWorkspace workspace;
 };
 
@@ -445,6 +460,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         asJson({QStringLiteral("types")}),
         asJson({QStringLiteral("schema")}),
         asJson({QStringLiteral("check")}),
+        drawTrace(),
         asJson({QStringLiteral("init"), folder.filePath(QStringLiteral("line"))})};
 
     QMap<QString, QSet<QString>> found;
@@ -453,7 +469,7 @@ TEST_F(JsonOutput, has_exactly_the_fields_that_are_documented)
         addFields(document, {}, found[document[QStringLiteral("format")].toString()]);
     }
 
-    EXPECT_EQ(found.size(), 10);
+    EXPECT_EQ(found.size(), 11);
     QSet<QString> foundCommon;
     for (auto format = found.begin(); format != found.end(); ++format) {
         QSet<QString> expected = documented.value(format.key());

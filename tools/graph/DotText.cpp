@@ -147,7 +147,7 @@ private:
             rows += row(lineHtml(each, look.text), isSwitch);
         }
         text +=
-            QStringLiteral("  %1 [id=\"%1\", class=\"node %2%3\", label=<%4>, tooltip=%5, %6"
+            QStringLiteral("  %1 [id=\"%1\", class=\"%2%3\", label=<%4>, tooltip=%5, %6"
                            "%7];\n")
                 .arg(nodeId(number), kind, state(node), table(rows), tooltipOf(nodeTooltip(node)),
                      isSwitch ? QStringLiteral("shape=diamond, margin=\"0.01,0.01\", ")
@@ -168,10 +168,13 @@ private:
         const QString label =
             lines.empty() ? QString() : QStringLiteral("label=<%1>, ").arg(chip(rows));
         const QString tooltip = tooltipOf(edgeTooltip(node));
-        text += QStringLiteral("  %1 -> %2 [id=\"%3\", class=\"edge%4\", %5tooltip=%6, "
+        const QString states = state(node).trimmed();
+        const QString classes =
+            states.isEmpty() ? QString() : QStringLiteral(", class=\"%1\"").arg(states);
+        text += QStringLiteral("  %1 -> %2 [id=\"%3\"%4, %5tooltip=%6, "
                                "labeltooltip=%6, %7];\n")
-                    .arg(nodeId(node.parent), nodeId(number), edgeId(node), state(node), label,
-                         tooltip, line(node.ran, !node.isReachable));
+                    .arg(nodeId(node.parent), nodeId(number), edgeId(node), classes, label, tooltip,
+                         line(node.ran, !node.isReachable));
     }
 
     static QString state(const GraphNode& node)

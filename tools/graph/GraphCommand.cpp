@@ -38,9 +38,9 @@ using filehost::Workspace;
 const char* const examples =
     R"(Without DESCRIPTION: the only one of the workspace. The text is a line for each
 path through the description. Pictures have what is watched on the left, then
-switch nodes as diamonds and command nodes as boxes with what they set; dashed is
-what no write ever gets to. SVG and PNG are drawn by Graphviz. Without --format
-the ending of -o says what to write.
+switch nodes as diamonds and command nodes as boxes with what they set. "~" is
+for patterns, and what no write ever gets to is dashed. Graphviz draws SVG and
+PNG. Without --format the ending of -o says what to write.
 
 --link takes a link of the description as SOURCE:TARGET, or the line of
 links.json where it stands, and shows which leaf each row sets there, if it is
