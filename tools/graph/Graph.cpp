@@ -102,6 +102,7 @@ private:
                                      const QString& whyNot) const
     {
         std::vector<GraphTable> tables;
+        tables.reserve(read.size());
         for (const checker::Table& table : read) {
             tables.push_back(tableOf(table, whyNot));
         }

@@ -39,6 +39,9 @@ QString standInFor(const QString& pattern)
     return anyPattern + pattern;
 }
 
+// Between the name of a node and the number of one of its parts.
+const QChar partMark(1);
+
 BaseClassSharedPointer parsed(const QString& json)
 {
     return ConfigurationAndProcessDataParser().parseFromJson(
@@ -116,12 +119,14 @@ class PatternReplacer {
 public:
     QJsonObject replaced(QJsonObject object)
     {
-        QJsonArray urls = replacedRows(object.value(writtenUrls).toArray());
-        for (const QJsonValue row : object.value(writtenPatterns).toArray()) {
-            append(urls, row.toArray().first().toString());
-            object.remove(writtenPatterns); // no node of that name: there are rows
-        }
-        if (!urls.isEmpty()) {
+        // What has the name of a condition but no rows is a node.
+        const bool isGuarded =
+            object.value(writtenUrls).isArray() || object.value(writtenPatterns).isArray();
+        if (isGuarded) {
+            QJsonArray urls = replacedRows(object.value(writtenUrls).toArray());
+            for (const QJsonValue row : object.take(writtenPatterns).toArray()) {
+                append(urls, row.toArray().first().toString());
+            }
             object[writtenUrls] = urls;
         }
         for (const QString& key : object.keys()) {
@@ -159,6 +164,41 @@ private:
     checker::Patterns patterns;
 };
 
+/// The same description with top-level switch nodes of very many edges as several nodes, one for
+/// each edge that is guarded, so that a URL finds those that concern it: a switch node would ask
+/// every edge. It asks each for itself, so what runs is the same. Edges without a guard stay
+/// together, with all that the node watches.
+QJsonObject spread(const QJsonObject& description)
+{
+    constexpr int many = 32;
+    QJsonObject nodes = description;
+    for (const QString& name : description.keys()) {
+        QJsonObject node = description.value(name).toObject();
+        QJsonObject edges = node.value(Keywords::getNextNodeKeyword()).toObject();
+        const TypeDescription* const type = TypeCatalog::find(
+            TypeDescription::Kind::Node, node.value(Keywords::getNodeTypeString()).toString());
+        if (type == nullptr || !type->asksConditions || edges.size() <= many) {
+            continue;
+        }
+        QJsonObject others;
+        int number = 0;
+        for (auto edge = edges.constBegin(); edge != edges.constEnd(); ++edge) {
+            const QJsonObject successor = edge.value().toObject();
+            const bool isGuarded = !successor.value(writtenUrls).toArray().isEmpty() ||
+                                   !successor.value(writtenPatterns).toArray().isEmpty();
+            if (isGuarded) {
+                node[Keywords::getNextNodeKeyword()] = QJsonObject{{edge.key(), successor}};
+                nodes[name + partMark + QString::number(number++)] = node;
+            } else {
+                others[edge.key()] = successor;
+            }
+        }
+        node[Keywords::getNextNodeKeyword()] = others;
+        nodes[name] = node;
+    }
+    return nodes;
+}
+
 /// Notes which nodes run, and the targets of rows.
 class RunObserver : public TraversalObserver {
 public:
@@ -178,9 +218,9 @@ public:
 
     void nodeEntered(const Node& node) override
     {
-        const int number = !way.empty() && way.back() < 0
-                               ? -1
-                               : index.find(way.empty() ? -1 : way.back(), node.name);
+        const int number = way.empty()      ? topLevelNode(node.name)
+                           : way.back() < 0 ? -1
+                                            : index.find(way.back(), node.name);
         way.push_back(number);
         if (number >= 0) { // otherwise it was added to open comparisons
             entered.push_back(number);
@@ -196,6 +236,13 @@ public:
     }
 
 private:
+    /// A part of a node counts as the node.
+    int topLevelNode(const QString& name) const
+    {
+        const int whole = index.find(-1, name);
+        return whole >= 0 ? whole : index.find(-1, name.left(name.lastIndexOf(partMark)));
+    }
+
     const GraphIndex& index;
     const Told told;
     std::vector<int> way;
@@ -221,7 +268,7 @@ public:
         withEveryWrite = reached(walkerOf(opened(always)), {});
         mark(withEveryWrite);
 
-        const QJsonObject openedWatching = opened(watching);
+        const QJsonObject openedWatching = spread(opened(watching));
         DependencyWalker urls = walkerOf(openedWatching);
         DependencyWalker patterns = walkerOf(PatternReplacer().replaced(openedWatching));
         mark(reached(patterns, anyPattern));

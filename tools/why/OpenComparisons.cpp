@@ -160,9 +160,14 @@ QJsonObject opened(QJsonObject node, const BaseClassSharedPointer& source)
         edges[name] = openedSuccessor;
     }
     if (!watched.isEmpty()) {
-        // A node that does nothing keeps the URLs of conditions that are gone.
-        edges[freeName(edges)] =
-            QJsonObject{{Keywords::getNodeTypeString(), type->name}, {writtenUrls, watched}};
+        // A node that does nothing keeps the URLs of conditions that are gone. It stands where no
+        // way leads, so that none of them is asked.
+        const QJsonObject watching{{Keywords::getNodeTypeString(), type->name},
+                                   {writtenUrls, watched}};
+        edges[freeName(edges)] = QJsonObject{
+            {Keywords::getNodeTypeString(), type->name},
+            {writtenUrls, QJsonArray()},
+            {Keywords::getNextNodeKeyword(), QJsonObject{{QStringLiteral("urls"), watching}}}};
     }
     node[Keywords::getNextNodeKeyword()] = edges;
     return node;
