@@ -438,6 +438,30 @@ TEST_F(GraphTest, to_something_that_is_no_file_is_written_there)
     EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
 }
 
+TEST_F(GraphTest, as_a_page_goes_to_its_own_file)
+{
+    if (!hasGraphviz()) {
+        GTEST_SKIP() << "Graphviz is not installed";
+    }
+    const QString file = workspace.path(QStringLiteral("a.html"));
+    const Result alone = graph({displayUnits, QStringLiteral("--html"), file});
+    EXPECT_EQ(alone.exitCode, 0);
+    EXPECT_EQ(alone.out, QString());
+    const QByteArray page = workspace.read(QStringLiteral("a.html"));
+    EXPECT_TRUE(page.startsWith("<!DOCTYPE html>"));
+    EXPECT_TRUE(page.contains("id=\"n4\""));
+
+    const Result both =
+        graph(displayUnits, QStringLiteral("text"), {QStringLiteral("--html"), file});
+    EXPECT_EQ(both.out, graph({displayUnits}).out);
+    EXPECT_EQ(workspace.read(QStringLiteral("a.html")), page);
+
+    const NoPrograms none;
+    const Result without = graph({displayUnits, QStringLiteral("--html"), file});
+    EXPECT_EQ(without.exitCode, 2);
+    EXPECT_EQ(workspace.read(QStringLiteral("a.html")), page);
+}
+
 // --- which description
 
 TEST_F(GraphTest, needs_no_name_in_a_workspace_with_one_description)

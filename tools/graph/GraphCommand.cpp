@@ -11,6 +11,7 @@
 #include "tools/graph/DotText.h"
 #include "tools/graph/GraphJson.h"
 #include "tools/graph/GraphOverlay.h"
+#include "tools/graph/GraphPage.h"
 #include "tools/graph/GraphRuns.h"
 #include "tools/graph/Graphviz.h"
 #include "tools/graph/MermaidText.h"
@@ -50,6 +51,7 @@ Examples:
   unitflow graph display-units
   unitflow graph display-units -o display-units.svg
   unitflow graph display-units --link controller:display -o units.png
+  unitflow graph display-units --html display-units.html
   unitflow explain controller Settings/FlowUnit --json >flow.ndjson
   unitflow graph display-units --trace flow.ndjson --format dot)";
 
@@ -106,6 +108,8 @@ CLI::App* GraphCommand::declare(CLI::App& program)
         ->check(CLI::IsMember({"text", "dot", "mermaid", "json", "svg", "png"}))
         ->option_text("FORMAT");
     command->add_option("-o", fileArgument, "Write to this file")->option_text("FILE");
+    command->add_option("--html", pageArgument, "Write a page to look around in")
+        ->option_text("FILE");
     command->add_option("--link", linkArgument, "Show the targets that rows have for this link")
         ->option_text("LINK");
     command->add_option("--trace", traceArgument, "Show what ran in this trace")
@@ -130,15 +134,25 @@ bool GraphCommand::chooseFormat(Console& console)
     if (format == QLatin1String("json")) {
         console.chooseJson();
     }
+    if (format.isEmpty() && file.isEmpty() && !pageArgument.empty()) {
+        return true; // the page alone
+    }
     if (format.isEmpty()) {
         format = file.isEmpty() ? QStringLiteral("text") : formatOf(file);
     }
     if (format.isEmpty()) {
-        console.complain(QStringLiteral("no format has files that end like %1").arg(quoted(file)),
-                         QStringLiteral("add --format: text, dot, mermaid, json, svg or png"));
+        console.complain(
+            QStringLiteral("no format has files that end like %1").arg(quoted(file)),
+            QStringLiteral("add --format: text, dot, mermaid, json, svg or png; a page is "
+                           "written with --html instead"));
         return false;
     }
     return true;
+}
+
+bool GraphCommand::isTextAlone() const
+{
+    return format == QLatin1String("text") && pageArgument.empty();
 }
 
 bool GraphCommand::checkUsage(Console& console) const
@@ -148,7 +162,7 @@ bool GraphCommand::checkUsage(Console& console) const
                          QStringLiteral("name a file: -o FILE"));
         return false;
     }
-    if (format == QLatin1String("text") && !(linkArgument.empty() && traceArgument.empty())) {
+    if (isTextAlone() && !(linkArgument.empty() && traceArgument.empty())) {
         console.complain(
             QStringLiteral("--link and --trace show nothing in the text"),
             QStringLiteral("choose another form with --format: dot, mermaid, json, svg or png"));
@@ -171,7 +185,7 @@ bool GraphCommand::readDescription(Console& console)
         return false;
     }
     graph = readGraph(*places, graph.description);
-    if (format == QLatin1String("text")) {
+    if (isTextAlone()) {
         return true; // the paths need nothing of what follows
     }
     if (linkArgument.empty()) {
@@ -367,6 +381,13 @@ std::optional<QByteArray> GraphCommand::rendered(Console& console) const
 
 ExitCode GraphCommand::write(Console& console)
 {
+    if (!pageArgument.empty() && !writePage(console)) {
+        return fail(console);
+    }
+    if (format.isEmpty()) {
+        hint(console);
+        return ExitCode::Done;
+    }
     const std::optional<QByteArray> bytes = rendered(console);
     if (!bytes) {
         return fail(console);
@@ -378,6 +399,17 @@ ExitCode GraphCommand::write(Console& console)
         return ExitCode::Done;
     }
     return writeFile(file, *bytes, console) ? ExitCode::Done : fail(console);
+}
+
+bool GraphCommand::writePage(Console& console) const
+{
+    const std::optional<QByteArray> svg =
+        drawnByGraphviz(dotText(graph), QStringLiteral("svg"), console);
+    if (!svg) {
+        return false;
+    }
+    const QString page = graphPage(json(console, ExitCode::Done), QString::fromUtf8(*svg));
+    return writeFile(QString::fromStdString(pageArgument), page.toUtf8(), console);
 }
 
 /// With --json there is a document all the same.

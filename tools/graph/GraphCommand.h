@@ -23,6 +23,7 @@ private:
     // What cannot be done is reported, and false.
     bool chooseFormat(Console& console);
     bool checkUsage(Console& console) const;
+    bool isTextAlone() const;
     bool readDescription(Console& console);
     bool chooseDescription(const filehost::Workspace& workspace, Console& console);
     bool addLink(const filehost::Workspace& workspace, Console& console);
@@ -33,12 +34,14 @@ private:
     QByteArray json(Console& console, ExitCode exitCode) const;
     std::optional<QByteArray> rendered(Console& console) const;
     ExitCode write(Console& console);
+    bool writePage(Console& console) const;
     ExitCode fail(Console& console) const;
     void hint(Console& console) const;
 
     std::string nameArgument;
     std::string formatArgument;
     std::string fileArgument;
+    std::string pageArgument;
     std::string linkArgument;
     std::string traceArgument;
 
