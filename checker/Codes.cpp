@@ -45,7 +45,7 @@ QString conditions(const char* text)
 
 Example alone(const QString& description)
 {
-    return {description, {}, {}, {}};
+    return {description, {}, {}, {}, {}};
 }
 
 const char* const source = R"({ "Settings": { "SpeedUnit": "m/s", "Limit": 5 } })";
@@ -62,8 +62,11 @@ const char* const arrays = R"({
 Example linked(const QString& description, const char* targetTree = target,
                const char* parameters = "")
 {
-    return {description, QString::fromUtf8(source), QString::fromUtf8(targetTree),
-            QString::fromUtf8(parameters)};
+    return {description,
+            QString::fromUtf8(source),
+            QString::fromUtf8(targetTree),
+            QString::fromUtf8(parameters),
+            {}};
 }
 
 QList<CodeDescription> syntaxCodes()
@@ -468,13 +471,30 @@ QList<CodeDescription> linkCodes()
          "The link is left out; the others count. \"source\", \"target\" and \"dependency\" are "
          "texts and must be there, \"process\" is true or false, \"parameters\" is a list.",
          linked(copySpeed, target, R"("Left")"), linked(copySpeed, target, R"(["Left"])")},
+        {Code::BadUnit,
+         "bad-unit",
+         Severity::Error,
+         "An entry of units.json cannot be read",
+         "The unit is left out; the others count. A key is a unit as it stands in the files. Its "
+         "definition is a text in terms of units that UDUNITS-2 knows or that stand above it, or "
+         "null for a unit of a kind of its own.",
+         {copySpeed,
+          QString::fromUtf8(source),
+          QString::fromUtf8(target),
+          {},
+          QStringLiteral(R"({ "pcs": null, "Nm": "newtonmetre" })")},
+         {copySpeed,
+          QString::fromUtf8(source),
+          QString::fromUtf8(target),
+          {},
+          QStringLiteral(R"({ "pcs": null, "Nm": "N m" })")}},
         {Code::MissingFile,
          "missing-file",
          Severity::Error,
          "A link names what is not there",
          "The source is a configuration; the target is one, too, unless the link says that it is "
          "a process description. What is not there cannot be followed: the link is not resolved.",
-         {copySpeed, QString::fromUtf8(source), {}, {}},
+         {copySpeed, QString::fromUtf8(source), {}, {}, {}},
          linked(copySpeed)},
         {Code::UnknownSourceUrl, "unknown-source-url", Severity::Error,
          "A URL names no value of the source",
@@ -534,10 +554,35 @@ QList<CodeDescription> linkCodes()
         {Code::ConflictingUnits, "conflicting-units", Severity::Warning,
          "Two rows set different units on one leaf",
          "Both are run for the same write, one after the other: commands in the order of their "
-         "names, rows in that of the table. What the first one sets is lost.",
+         "names, rows in that of the table. What the first one sets is lost. Rows of one node are "
+         "always compared. For rows of different nodes the link is run with the present values, "
+         "once for each URL that it looks at: what is told does happen, but with other values "
+         "there may be more.",
          linked(commands("\"CommandSetUnitProperties\": [[\"Line/Speed\", \"m/s\"],\n"
                          "                                         [\"Line/Speed\", \"km/h\"]]")),
          linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
+        {Code::UnknownUnit,
+         "unknown-unit",
+         Severity::Warning,
+         "A text is set as a unit and is none",
+         "The engine takes any text for a unit. Units are what UDUNITS-2 knows, from \"°C\" to "
+         "\"kg/m³\", and what units.json lists. A number alone is none, except 1: it is the value "
+         "of another leaf. A unit that stands in a row is always looked at, one that is taken from "
+         "the source if the row runs with the present values.",
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])")),
+         {commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])"),
+          QString::fromUtf8(source),
+          R"({ "Line": { "Speed": 1.2 } })",
+          {},
+          R"({ "pcs": null })"}},
+        {Code::OtherDimension, "other-dimension", Severity::Warning,
+         "A unit cannot be converted to the one that is there",
+         "The leaf has a unit, and the one that the row sets measures something else: no value of "
+         "the one can be that of the other. The link is run with the present values, once for each "
+         "URL that it looks at. A leaf that is meant to show now one thing and now another is "
+         "mentioned as long as it has the unit of the other.",
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "bar"]])")),
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "km/h"]])"))},
     };
 }
 
@@ -569,6 +614,7 @@ QString shown(const QString& heading, const Example& example)
     QString text = block(heading, example.description);
     text += block(QStringLiteral("on the source"), example.source);
     text += block(QStringLiteral("and the target"), example.target);
+    text += block(QStringLiteral("with units.json"), example.units);
     text += block(QStringLiteral("with the link's \"parameters\""), example.parameters);
     return text;
 }

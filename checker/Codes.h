@@ -52,6 +52,7 @@ enum class Code {
     UnfilledPlace,
     InvalidColumn,
     BadLink,
+    BadUnit,
     MissingFile,
     UnknownSourceUrl,
     UnknownTargetUrl,
@@ -61,6 +62,8 @@ enum class Code {
     ColumnOutOfRange,
     ConstantNeverEqual,
     ConflictingUnits,
+    UnknownUnit,
+    OtherDimension,
 };
 
 /// Files of a workspace in which a code is found, or not. Without a source, a target and a link the
@@ -70,6 +73,7 @@ struct Example {
     QString source;
     QString target;
     QString parameters; ///< of the link, as `links.json` has them; may be empty
+    QString units;      ///< `units.json`; may be empty
 };
 
 /// All that there is to know about a code.

@@ -7,6 +7,7 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <QMultiHash>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -38,10 +39,11 @@ public:
     LinkChecker(const DescriptionPlaces& places, const LinkedTrees& linked, Patterns& patterns,
                 Findings& findings)
         : places(places), link(linked.link), source(linked.source), target(linked.target),
-          patterns(patterns), findings(findings)
+          units(linked.units), patterns(patterns), findings(findings)
     {}
 
     void check(const Node& node, bool isTopLevel);
+    LinkOutline outline() const;
 
 private:
     using Advice = std::function<QString()>;
@@ -59,6 +61,7 @@ private:
     QList<Target> filledTarget(Index cell);
     void checkTargets(Index cell, const QList<Target>& targets);
     void checkColumn(Index cell, const Row& row, const TableDescription& table);
+    void checkUnit(Index cell);
     void noteSetting(const Row& row, const TableDescription& table, Index cell, const Target& set);
     QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
 
@@ -66,9 +69,12 @@ private:
     const Link& link;
     const Tree& source;
     const Tree& target;
+    Units* const units;
     Patterns& patterns;
     Findings& findings;
     QMultiHash<QString, Setting> settings; ///< of the command node at hand, by target
+    QSet<QString> writtenUrls;             ///< of the source, that any row names or matches
+    bool endsProcess = false;
 };
 
 QString nearestIn(const Tree& tree, const QString& url)
@@ -108,9 +114,12 @@ void LinkChecker::checkCondition(const Table& condition)
         const QString text = textOf(places, cell);
         if (hasPatterns) {
             checkPattern(cell);
-            checkConstant(row, table, matchesOf(text));
+            const QStringList matches = matchesOf(text);
+            writtenUrls += QSet<QString>(matches.begin(), matches.end());
+            checkConstant(row, table, matches);
         } else if (!text.startsWith(DependencyWalkerDefinitions::getPrefixRegularExpression())) {
             checkSourceUrl(cell, QStringLiteral("the row never holds"));
+            writtenUrls.insert(text);
             checkConstant(row, table, {text});
         }
     }
@@ -219,6 +228,10 @@ void LinkChecker::checkRow(const Table& command, const Row& row)
     if (pattern != JsonText::none) {
         checkPattern(pattern);
     }
+    const Index unit = row.cell(table, CellRole::Unit);
+    if (unit != JsonText::none) {
+        checkUnit(unit);
+    }
     Index cell = JsonText::none;
     const QList<Target> targets = targetsOf(command, row, cell);
     if (targets.isEmpty()) {
@@ -305,6 +318,7 @@ QList<Target> LinkChecker::targetsByGroups(const TableDescription& table, const 
         const QRegularExpressionMatch match = pattern.expression.match(written);
         if (match.hasMatch()) {
             targets.append({filler.replaceMatchedGroups(pattern.groups, match, url), written});
+            writtenUrls.insert(written);
         }
     }
     return targets;
@@ -368,6 +382,7 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
                 return QStringLiteral("give the leaf the \"@arrayInformation\" of its columns");
             });
     } else if (column.column >= columns.toList().size()) {
+        endsProcess = true;
         add(Code::ColumnOutOfRange, cell,
             QStringLiteral("%1 has %2 columns, so there is no column %3; the engine ends the "
                            "process when it writes there")
@@ -378,6 +393,27 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
                 return QStringLiteral("the columns are 0 to %1").arg(columns.toList().size() - 1);
             });
     }
+}
+
+void LinkChecker::checkUnit(Index cell)
+{
+    const QString text = textOf(places, cell);
+    if (units != nullptr && !text.isEmpty() && !units->isKnown(text)) {
+        add(Code::UnknownUnit, cell,
+            QStringLiteral("there is no unit %1; the engine sets it all the same")
+                .arg(quoted(text)),
+            [&] { return adviceOnUnit(text, *units); });
+    }
+}
+
+LinkOutline LinkChecker::outline() const
+{
+    QStringList urls(writtenUrls.begin(), writtenUrls.end());
+    std::sort(urls.begin(), urls.end());
+    if (urls.isEmpty() || !urls.first().isEmpty()) {
+        urls.prepend(QString());
+    }
+    return {urls, endsProcess};
 }
 
 /// What tells units apart: their text, or where their value comes from.
@@ -429,13 +465,24 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
 
 } // namespace
 
-void checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& places,
-               const LinkedTrees& linked, Patterns& patterns, Findings& findings)
+LinkOutline checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& places,
+                      const LinkedTrees& linked, Patterns& patterns, Findings& findings)
 {
     LinkChecker checker(places, linked, patterns, findings);
     for (const Node& node : nodes) {
         checker.check(node, true);
     }
+    return checker.outline();
+}
+
+QString adviceOnUnit(const QString& text, Units& units)
+{
+    const QString nearest = units.nearest(text);
+    return nearest.isEmpty()
+               ? QStringLiteral("if it is a unit, list it in units.json")
+               : QStringLiteral(
+                     "did you mean %1? If it is a unit of its own, list it in units.json")
+                     .arg(quoted(nearest));
 }
 
 } // namespace checker

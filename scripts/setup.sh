@@ -4,7 +4,7 @@
 # What it takes to build, and what checks and tests take on top, as Debian and Ubuntu call it.
 # shellcheck disable=SC2034 # used by the scripts
 build_packages='cmake ninja-build g++ git python3 python3-jsonschema qtbase5-dev libcli11-dev
-    rapidjson-dev libgtest-dev libbenchmark-dev'
+    rapidjson-dev libudunits2-dev libgtest-dev libbenchmark-dev'
 # shellcheck disable=SC2034
 check_packages='clang-format clang-tidy'
 # The page of a graph is tested in a browser.
@@ -45,8 +45,8 @@ install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         say 'No apt-get here, so nothing is installed. Needed are CMake 3.22, Ninja, a C++17'
         say 'compiler, Git, Python 3 with its package jsonschema, Qt 5.15 (Core), CLI11, RapidJSON,'
-        say 'GoogleTest and Google Benchmark; for scripts/check also clang-format and clang-tidy,'
-        say 'for scripts/test Chromium with its chromedriver.'
+        say 'UDUNITS-2, GoogleTest and Google Benchmark; for scripts/check also clang-format and'
+        say 'clang-tidy, for scripts/test Chromium with its chromedriver.'
         return
     fi
 

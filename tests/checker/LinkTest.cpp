@@ -9,7 +9,7 @@ namespace {
 
 const char* const source = R"({
     "Settings": { "Unit": "m", "Limit": 5, "Empty": null, "On": true },
-    "Zones": { "A": { "Mode": "lab" }, "B": { "Mode": "off" } }
+    "Zones": { "A": { "Mode": "lab", "Unit": "m" }, "B": { "Mode": "off" } }
 })";
 
 const char* const target = R"({
@@ -22,7 +22,10 @@ QList<Finding> inCommand(const QString& type, const QString& rows, const QString
 {
     return findingsIn(Example{"{\"N\": {\"Type\": \"CommandNode\", \"Commands\": {\"" + type +
                                   "\": [\n" + rows + "]}}}",
-                              source, target, parameters});
+                              source,
+                              target,
+                              parameters,
+                              {}});
 }
 
 QList<Finding> inCondition(const QString& type, const QString& rows)
@@ -34,6 +37,7 @@ QList<Finding> inCondition(const QString& type, const QString& rows)
                     type + "\": [\n" + rows + "]}}}}",
                 source,
                 target,
+                {},
                 {}});
 }
 
@@ -115,10 +119,9 @@ TEST(LinkFindings, know_which_rows_set_one_leaf_in_one_write)
               QStringList{"3:17+3 conflicting-units"});
     EXPECT_EQ(told(inCommand("CommandSetUnitProperties", "[\"C\", \"m\"],\n[\"C\", \"m\"]")),
               QStringList());
-    EXPECT_EQ(
-        told(inCommand("CommandSetUnitByConfigurationParameter",
-                       "[\"Settings/Unit\", \"\", \"C\"],\n[\"Settings/Limit\", \"\", \"C\"]")),
-        QStringList{"3:24+3 conflicting-units"});
+    EXPECT_EQ(told(inCommand("CommandSetUnitByConfigurationParameter",
+                             "[\"Settings/Unit\", \"\", \"C\"],\n[\"Zones/A/Unit\", \"\", \"C\"]")),
+              QStringList{"3:22+3 conflicting-units"});
 }
 
 TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
@@ -127,6 +130,7 @@ TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
         {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["X", "m"]]}}})",
          source,
          target,
+         {},
          {}});
     const QString link = R"({"source": "controller", "target": "display", "dependency": "units"})";
     workspace.write("links.json", "[" + link + ", " + link + ", " + link + "]");
@@ -137,7 +141,7 @@ TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
 
 TEST(LinkFindings, tell_what_links_name_and_is_not_there)
 {
-    ExampleWorkspace workspace({"{}", source, target, {}});
+    ExampleWorkspace workspace({"{}", source, target, {}, {}});
     workspace.write("links.json", R"([
 {"source": "controler", "target": "display", "dependency": "units"},
 {"source": "controller", "target": "display", "process": true, "dependency": "unit"},

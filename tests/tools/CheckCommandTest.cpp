@@ -56,6 +56,7 @@ TEST_F(Check, finds_nothing_in_a_workspace_without_mistakes)
 {
     const TestWorkspace generated;
     writeLargeWorkspace(generated, {200, 10, 100});
+    generated.write(QStringLiteral("units.json"), R"({ "old": null, "new": "2 old" })");
     const Result result =
         run(generated, check({QStringLiteral("--fail-on"), QStringLiteral("note")}));
     EXPECT_EQ(result.exitCode, 0);
@@ -81,6 +82,15 @@ TEST_F(Check, fails_on_the_severity_that_is_asked_for)
     workspace.write(QStringLiteral("dependency/units.json"), note.toUtf8());
     EXPECT_EQ(exitCode("warning"), 0);
     EXPECT_EQ(exitCode("note"), 1);
+}
+
+TEST_F(Check, tells_what_is_wrong_with_the_units_of_the_workspace)
+{
+    workspace.write(QStringLiteral("units.json"), "{\n  \"box\": \"24 pcs\"\n}\n");
+    const Result result = run(workspace, check());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.contains(QLatin1String("error: units.json:2:10 [bad-unit]")))
+        << result.out.toStdString();
 }
 
 TEST_F(Check, takes_a_file_a_name_or_a_file_of_no_workspace)
