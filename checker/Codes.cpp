@@ -287,8 +287,10 @@ QList<CodeDescription> graphCodes()
          alone(R"({ "Node": { "Type": "SwitchNode" } })"),
          alone(conditions(R"("ConditionWriteOnUrls": [["Settings/Mode"]])"))},
         {Code::NoEffect, "no-effect", Severity::Warning, "A node does nothing",
-         "A command node without commands and without a successor has no effect. One whose edge "
-         "has conditions is left alone: it names the URLs that are run when nothing was written.",
+         "A node without commands has no effect where no node below has any. This is told once, of "
+         "the topmost one. Where conditions stand on an edge in between, nothing is told: they "
+         "name "
+         "the URLs that are run when nothing was written.",
          alone(R"({ "Node": { "Type": "CommandNode" } })"),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
         {Code::AlternativeConditions, "alternative-conditions", Severity::Warning,
