@@ -46,7 +46,8 @@ private:
     void collect(const Table& condition, Watches& watches) const;
     void collectBelow(const Node& node, Watches& watches) const;
     bool bothMayHold(const Table& left, const Table& right);
-    const Watched* firstMatch(const Watched& pattern, const std::vector<Watched>& urls);
+    std::vector<int> firstMatches(const std::vector<Watched>& watched,
+                                  const std::vector<Watched>& urls);
 
     const DescriptionPlaces& places;
     const JsonText& text;
@@ -213,35 +214,44 @@ bool GraphChecker::bothMayHold(const Table& left, const Table& right)
     if (plain == nullptr || !other.urls.empty()) {
         return true;
     }
-    return std::any_of(other.patterns.begin(), other.patterns.end(), [&](const Watched& pattern) {
-        return firstMatch(pattern, plain->urls) != nullptr;
-    });
+    const std::vector<int> matches = firstMatches(other.patterns, plain->urls);
+    return std::any_of(matches.begin(), matches.end(), [](int url) { return url >= 0; });
 }
 
-const Watched* GraphChecker::firstMatch(const Watched& pattern, const std::vector<Watched>& urls)
+/// For each pattern the number of the first URL that it matches, or -1.
+std::vector<int> GraphChecker::firstMatches(const std::vector<Watched>& watched,
+                                            const std::vector<Watched>& urls)
 {
-    const Pattern& compiled = patterns[pattern.text];
-    const auto match = std::find_if(urls.begin(), urls.end(), [&](const Watched& url) {
-        return compiled.findsMatch(url.text);
-    });
-    return match == urls.end() ? nullptr : &*match;
+    const auto textsOf = [](const std::vector<Watched>& list) {
+        QStringList texts;
+        for (const Watched& entry : list) {
+            texts.append(entry.text);
+        }
+        return texts;
+    };
+    return patterns.firstMatches(textsOf(watched), textsOf(urls));
 }
 
 void GraphChecker::checkRunsTwice(const Node& node)
 {
     Watches watches;
     collectBelow(node, watches);
-    for (const Watched& pattern : watches.patterns) {
-        const Watched* const url = firstMatch(pattern, watches.urls);
-        if (url != nullptr) {
-            findings.add(Code::RunsTwice, places.valueAt(pattern.cell),
-                         QStringLiteral("the top-level node %1 also watches %2 in line %3, which "
-                                        "this pattern matches; a write there runs it twice")
-                             .arg(quoted(text.key(node.member)), quoted(url->text))
-                             .arg(places.valueAt(url->cell).line),
-                         QStringLiteral("let the pattern not match it, or remove the URL where it "
-                                        "need not be run without a write"));
+    if (watches.urls.empty() || watches.patterns.empty()) {
+        return; // as in most nodes
+    }
+    const std::vector<int> matches = firstMatches(watches.patterns, watches.urls);
+    for (std::size_t number = 0; number < matches.size(); ++number) {
+        if (matches[number] < 0) {
+            continue;
         }
+        const Watched& url = watches.urls[static_cast<std::size_t>(matches[number])];
+        findings.add(Code::RunsTwice, places.valueAt(watches.patterns[number].cell),
+                     QStringLiteral("the top-level node %1 also watches %2 in line %3, which this "
+                                    "pattern matches; a write there runs it twice")
+                         .arg(quoted(text.key(node.member)), quoted(url.text))
+                         .arg(places.valueAt(url.cell).line),
+                     QStringLiteral("let the pattern not match it, or remove the URL where it need "
+                                    "not be run without a write"));
     }
 }
 
