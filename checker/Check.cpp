@@ -139,7 +139,9 @@ CheckedFile WorkspaceCheck::checkLinks()
         for (const JsonText::Index entry : text->children(JsonText::root)) {
             const filehost::json::Place place = text->place(text->node(entry).value.begin);
             if (link != links.cend() && link->line == place.line && link->column == place.column) {
-                missing.check(*link++, places, entry); // entries with a problem have no link
+                missing.check(*link, places, entry); // entries with a problem have no link
+                checkParameters(*link, places, entry, checked);
+                ++link;
             }
         }
     }
@@ -178,6 +180,50 @@ CheckedFile WorkspaceCheck::checkDescription(const QString& name, QList<Problem>
         }
     }
     return checked;
+}
+
+void WorkspaceCheck::checkParameters(const Link& link, const DescriptionPlaces& places,
+                                     JsonText::Index entry, CheckedFile& checked)
+{
+    if (link.parameters.isEmpty()) {
+        return;
+    }
+    const ParameterUse use = useOf(link.dependency);
+    const bool isFirstText = link.parameters.first().canConvert(QMetaType::QString);
+    const bool takesAll =
+        use.takesTwo || (use.takesFirst && isFirstText && link.parameters.size() == 1);
+    if (takesAll || !use.isKnown) {
+        return;
+    }
+    const QString message =
+        !use.takesFirst ? QStringLiteral("no row of %1 takes parameters")
+        : !isFirstText
+            ? QStringLiteral("%1 puts the first parameter in front of URLs, but this one is "
+                             "neither a text nor a number and is not taken")
+            : QStringLiteral("%1 takes the first parameter only");
+    checked.findings.append(
+        {Code::UnusedParameters, checked.name,
+         places.valueAt(places.text().member(entry, QStringLiteral("parameters"))),
+         message.arg(quoted(link.dependency)),
+         QStringLiteral("remove what is not taken, or write \"%1\" and \"%2\" into the URLs of "
+                        "\"CommandSetUnitByConfigurationParameter\""),
+         std::nullopt, 0});
+}
+
+ParameterUse WorkspaceCheck::useOf(const QString& description)
+{
+    auto known = parameterUses.find(description);
+    if (known == parameterUses.end()) {
+        QList<Problem> ignored; // those of a description that is not there or no description
+        ParameterUse use;
+        if (const auto places = DescriptionPlaces::read(workspace, description, ignored)) {
+            Findings unused(*places);
+            use = parameterUse(readDescription(*places, unused), *places);
+            use.isKnown = true;
+        }
+        known = parameterUses.insert(description, use);
+    }
+    return *known;
 }
 
 /// What the links of a description find in it.

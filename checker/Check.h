@@ -3,6 +3,7 @@
 
 #include "checker/Description.h"
 #include "checker/Findings.h"
+#include "checker/LinkCheck.h"
 #include "checker/Patterns.h"
 #include "checker/Tree.h"
 #include "checker/Units.h"
@@ -51,6 +52,9 @@ private:
     void checkLinks(const QString& name, const std::vector<Node>& nodes,
                     const std::shared_ptr<const filehost::json::JsonText>& text, Findings& findings,
                     QList<filehost::Problem>& problems);
+    void checkParameters(const filehost::Link& link, const filehost::DescriptionPlaces& places,
+                         filehost::json::JsonText::Index entry, CheckedFile& checked);
+    ParameterUse useOf(const QString& description);
     Units* knownUnits(QList<filehost::Problem>& problems);
     void readUnits(QList<filehost::Problem>& problems);
 
@@ -60,7 +64,8 @@ private:
     QList<filehost::Link> links;
     QHash<QString, QList<int>> linksOf; ///< numbers of links, by description
     Patterns patterns;
-    bool areUnitsRead = false; ///< when they are first needed
+    QHash<QString, ParameterUse> parameterUses; ///< by description
+    bool areUnitsRead = false;                  ///< when they are first needed
     std::unique_ptr<Units> units;
     std::optional<CheckedFile> unitsFile;
     QString lastSource; ///< successive links often have one source

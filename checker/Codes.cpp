@@ -304,7 +304,8 @@ QList<CodeDescription> graphCodes()
                           "                \"ConditionWriteOnUrlsRegExp\": [[\"^Zones/\"]]"))},
         {Code::RunsTwice, "runs-twice", Severity::Warning, "A node is found twice for one write",
          "A top-level node runs once if it watches the written URL, and once more for each of its "
-         "patterns that matches it.",
+         "patterns that matches it. Whether two of its patterns match one URL is looked up in the "
+         "source of each link.",
          alone(R"({
     "Node": {
         "Type": "SwitchNode",
@@ -382,6 +383,16 @@ QList<CodeDescription> rowCodes()
          R"(A comparator is "==" or "!=". With any other text the row never holds.)",
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "=", "lab"]])")),
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "==", "lab"]])"))},
+        {Code::AlwaysHolds, "always-holds", Severity::Warning, "Two rows leave no value out",
+         "The rows of a condition are alternatives: one that holds is enough. Whatever the value "
+         "is, it differs from one of two constants. For \"neither this nor that\", put one switch "
+         "node behind the other.",
+         alone(conditions("\"ConditionValueComparator\": [[\"Settings/Mode\", \"!=\", \"lab\"],\n"
+                          "                                             [\"Settings/Mode\", "
+                          "\"!=\", \"field\"]]")),
+         alone(conditions("\"ConditionValueComparator\": [[\"Settings/Mode\", \"==\", \"lab\"],\n"
+                          "                                             [\"Settings/Mode\", "
+                          "\"==\", \"field\"]]"))},
     };
 }
 
@@ -394,6 +405,12 @@ QList<CodeDescription> patternCodes()
          "expressions.",
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Zones/([^/]+/Mode$"]])")),
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Zones/([^/]+)/Mode$"]])"))},
+        {Code::EmptyPattern, "empty-pattern", Severity::Warning,
+         "An empty pattern matches every URL",
+         "A pattern is searched in the URL, and nothing is found everywhere: the node runs for "
+         "every write. A node that nothing below watches for does so, too.",
+         alone(conditions(R"("ConditionWriteOnUrlsRegExp": [[""]])")),
+         alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Settings/"]])"))},
         {Code::SlowPattern, "slow-pattern", Severity::Warning,
          "A pattern takes very long where it does not match",
          "Where repetitions can share out the same characters in many ways, a match that fails "
@@ -461,6 +478,13 @@ QList<CodeDescription> patternCodes()
              R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1-2]"]])")),
          alone(commands(
              R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[2-1]"]])"))},
+        {Code::IgnoredText, "ignored-text", Severity::Warning, "Text behind a column is ignored",
+         "The URL of an array ends with its column. What stands behind the last bracket is "
+         "dropped.",
+         alone(commands(
+             R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1]/Max"]])")),
+         alone(commands(
+             R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1]"]])"))},
     };
 }
 
@@ -472,7 +496,7 @@ QList<CodeDescription> linkCodes()
         {Code::BadLink, "bad-link", Severity::Error, "An entry of links.json cannot be read",
          "The link is left out; the others count. \"source\", \"target\" and \"dependency\" are "
          "texts and must be there, \"process\" is true or false, \"parameters\" is a list.",
-         linked(copySpeed, target, R"("Left")"), linked(copySpeed, target, R"(["Left"])")},
+         linked(copySpeed, target, R"("Left")"), linked(copySpeed, target, "[]")},
         {Code::BadUnit,
          "bad-unit",
          Severity::Error,
@@ -498,6 +522,12 @@ QList<CodeDescription> linkCodes()
          "a process description. What is not there cannot be followed: the link is not resolved.",
          {copySpeed, QString::fromUtf8(source), {}, {}, {}},
          linked(copySpeed)},
+        {Code::UnusedParameters, "unused-parameters", Severity::Warning,
+         "A description does not take the parameters of a link",
+         "\"CommandSetUnitProperties\" puts the first parameter in front of its URLs, if it is a "
+         "text or a number. \"CommandSetUnitByConfigurationParameter\" fills \"%1\" and \"%2\", if "
+         "there are exactly two. Nothing else takes any.",
+         linked(copySpeed, target, R"(["Line/"])"), linked(copySpeed)},
         {Code::UnknownSourceUrl, "unknown-source-url", Severity::Error,
          "A URL names no value of the source",
          "Nobody can write there, so a condition on it never holds, and a command that takes a "
@@ -570,7 +600,8 @@ QList<CodeDescription> linkCodes()
          "The engine takes any text for a unit. Units are what UDUNITS-2 knows, from \"°C\" to "
          "\"kg/m³\", and what units.json lists. A number alone is none, except 1: it is the value "
          "of another leaf. A unit that stands in a row is always looked at, one that is taken from "
-         "the source if the row runs with the present values.",
+         "the source if the row runs with the present values. A list is none either; the command "
+         "for columns skips it.",
          linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])")),
          {commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])"),
           QString::fromUtf8(source),

@@ -62,6 +62,7 @@ private:
     void checkTargets(Index cell, const QList<Target>& targets);
     void checkColumn(Index cell, const Row& row, const TableDescription& table);
     void checkUnit(Index cell);
+    void checkIsUnit(Index parameter, bool isSkipped);
     void noteSetting(const Row& row, const TableDescription& table, Index cell, const Target& set);
     QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
 
@@ -223,6 +224,7 @@ void LinkChecker::checkRow(const Table& command, const Row& row)
     const Index parameter = row.cell(table, CellRole::SourceUrl);
     if (parameter != JsonText::none) {
         checkSourceUrl(parameter, QStringLiteral("the engine skips the row"));
+        checkIsUnit(parameter, row.cell(table, CellRole::TargetColumn) != JsonText::none);
     }
     const Index pattern = row.cell(table, CellRole::PatternWithGroups);
     if (pattern != JsonText::none) {
@@ -406,6 +408,20 @@ void LinkChecker::checkUnit(Index cell)
     }
 }
 
+/// Whether the value that is to be a unit could be one.
+void LinkChecker::checkIsUnit(Index parameter, bool isSkipped)
+{
+    const QString url = textOf(places, parameter);
+    const QVariant value = source.valueAt(url);
+    if (value.isValid() && !value.canConvert(QMetaType::QString)) {
+        add(Code::UnknownUnit, parameter,
+            QStringLiteral("the value of %1 is a list or a map, which is no unit; the engine %2")
+                .arg(quoted(url), isSkipped ? QStringLiteral("skips the row")
+                                            : QStringLiteral("sets it all the same")),
+            [] { return QStringLiteral("name a leaf whose value is a unit"); });
+    }
+}
+
 LinkOutline LinkChecker::outline() const
 {
     QStringList urls(writtenUrls.begin(), writtenUrls.end());
@@ -473,6 +489,26 @@ LinkOutline checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& p
         checker.check(node, true);
     }
     return checker.outline();
+}
+
+ParameterUse parameterUse(const std::vector<Node>& nodes, const DescriptionPlaces& places)
+{
+    ParameterUse use;
+    for (const Node& node : nodes) {
+        for (const Table& command : node.commands) {
+            for (const Row& row : command.rows) {
+                const Index filled = row.cell(command.type->table, CellRole::TargetUrlTemplate);
+                use.takesFirst |=
+                    row.cell(command.type->table, CellRole::TargetUrl) != JsonText::none;
+                use.takesTwo |= filled != JsonText::none &&
+                                !parameterPlacesIn(textOf(places, filled)).isEmpty();
+            }
+        }
+        const ParameterUse below = parameterUse(node.successors, places);
+        use.takesFirst |= below.takesFirst;
+        use.takesTwo |= below.takesTwo;
+    }
+    return use;
 }
 
 QString adviceOnUnit(const QString& text, Units& units)

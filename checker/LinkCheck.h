@@ -33,6 +33,15 @@ struct LinkOutline {
 LinkOutline checkLink(const std::vector<Node>& nodes, const filehost::DescriptionPlaces& places,
                       const LinkedTrees& linked, Patterns& patterns, Findings& findings);
 
+/// What the rows of a description take of a link's parameters.
+struct ParameterUse {
+    bool isKnown = false;    ///< whether the description can be read
+    bool takesFirst = false; ///< in front of URLs
+    bool takesTwo = false;   ///< in the places of URLs, if there are exactly two
+};
+ParameterUse parameterUse(const std::vector<Node>& nodes,
+                          const filehost::DescriptionPlaces& places);
+
 /// What to do about a text that is no unit.
 QString adviceOnUnit(const QString& text, Units& units);
 

@@ -1,5 +1,6 @@
 #include "checker/LinkRun.h"
 
+#include "DependencyWalkerDefinitions.h"
 #include "TraversalObserver.h"
 #include "host/Array2dDataTypeWrapper.h"
 #include "host/ConfigurationAndProcessDataDefinitions.h"
@@ -41,6 +42,29 @@ void collectNames(const std::vector<Node>& nodes, const Node* above, const JsonT
     }
 }
 
+/// The cell of a condition below a node that holds a pattern, with the prefix or without.
+Index cellOfPattern(const Node& node, const QString& pattern, const DescriptionPlaces& places)
+{
+    const QString prefixed = DependencyWalkerDefinitions::getPrefixRegularExpression() + pattern;
+    for (const Node& successor : node.successors) {
+        for (const Table& condition : successor.conditions) {
+            for (const Row& row : condition.rows) {
+                const QString text = textOf(places, row.cells.front());
+                const bool hasPatterns =
+                    condition.type->table.columns.first().role == CellRole::Pattern;
+                if (text == (hasPatterns ? pattern : prefixed)) {
+                    return row.cells.front();
+                }
+            }
+        }
+        const Index below = cellOfPattern(successor, pattern, places);
+        if (below != JsonText::none) {
+            return below;
+        }
+    }
+    return JsonText::none;
+}
+
 /// A row that set a unit.
 struct Setting {
     const Node* node;
@@ -80,6 +104,7 @@ public:
     {}
 
     void traversalStarted(const QString& url) override;
+    void nodeSelected(const SelectedNode& node) override;
     void nodeEntered(const TraversalObserver::Node& node) override;
     void nodeLeft(const TraversalObserver::Node& node, bool outcome) override;
     void commandStarted(const Command& started) override;
@@ -100,6 +125,7 @@ private:
     QString writtenUrl;
     std::vector<const checker::Node*> entered;
     const Table* command = nullptr;
+    QHash<QString, QString> selected; ///< nodes of this write, and the first pattern of each
     QHash<QString, Setting> settings; ///< of this write, by leaf
     QSet<QString> told;               ///< of any write
 };
@@ -108,7 +134,31 @@ void UnitObserver::traversalStarted(const QString& url)
 {
     writtenUrl = url;
     entered.clear();
+    selected.clear();
     settings.clear();
+}
+
+/// That a node watches a URL and has a pattern that matches it shows without running.
+void UnitObserver::nodeSelected(const SelectedNode& node)
+{
+    const bool isPattern = node.selection == Selection::Pattern;
+    const auto first = selected.constFind(node.name);
+    if (first == selected.cend()) {
+        selected.insert(node.name, isPattern ? node.watched : QString());
+        return;
+    }
+    if (!isPattern || first->isEmpty() || !isNew(Code::RunsTwice, node.name + node.watched)) {
+        return;
+    }
+    const Index cell = cellOfPattern(*nodes.value({nullptr, node.name}), node.watched, places);
+    findings.add(linked.link, Code::RunsTwice, places.valueAt(cell),
+                 QStringLiteral("the top-level node %1 has the pattern %2, too, which also matches "
+                                "%3; a write there runs it twice")
+                     .arg(quoted(node.name), quoted(*first), quoted(writtenUrl)),
+                 [] {
+                     return QStringLiteral("let one of the two not match it, or join them into one "
+                                           "pattern");
+                 });
 }
 
 void UnitObserver::nodeEntered(const TraversalObserver::Node& node)

@@ -163,6 +163,22 @@ TEST(UnitFindings, do_not_run_what_would_end_the_process)
               QStringList{"column-out-of-range"});
 }
 
+TEST(RunsTwice, are_nodes_with_two_patterns_that_match_one_url)
+{
+    const auto found = [](const QString& first, const QString& second) {
+        return inNodes(
+            "\"N\": {\"Type\": \"SwitchNode\", \"Next\": {" +
+            QString(R"("A": {"Type": "CommandNode", "ConditionWriteOnUrlsRegExp": [["%1"]]},
+"B": {"Type": "CommandNode", "ConditionValueComparatorRegExp": [["%2", "==", "s"]]}}})")
+                .arg(first, second));
+    };
+    const QList<Finding> findings = found("^Zones/", "/[AB]$");
+    ASSERT_EQ(told(findings), QStringList{"3:66+8 runs-twice"});
+    EXPECT_TRUE(findings.first().message.contains("\"Zones/A\""));
+    EXPECT_EQ(codesOf(found("^Zones/A", "/B$")), QStringList());
+    EXPECT_EQ(codesOf(found("^Zones/", "^Zones/")), QStringList()) << "watched once";
+}
+
 TEST(Conflicts, are_found_between_nodes_that_run_for_one_write)
 {
     const QList<Finding> everywhere =
