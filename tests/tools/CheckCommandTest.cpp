@@ -5,8 +5,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QSet>
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace {
 
@@ -193,6 +196,47 @@ TEST_F(Check, writes_sarif_as_its_readers_want_it)
         EXPECT_GT(region[QStringLiteral("endColumn")].toInt(),
                   region[QStringLiteral("startColumn")].toInt());
     }
+}
+
+/// Readers refuse members that SARIF 2.1.0 does not have: it lists those of each object.
+TEST_F(Check, writes_no_member_that_sarif_does_not_have)
+{
+    const QMap<QString, QString> known{
+        {{}, QStringLiteral("$schema version runs")},
+        {QStringLiteral("runs"), QStringLiteral("columnKind results tool")},
+        {QStringLiteral("tool"), QStringLiteral("driver")},
+        {QStringLiteral("driver"), QStringLiteral("informationUri name rules version")},
+        {QStringLiteral("rules"), QStringLiteral("defaultConfiguration fullDescription help "
+                                                 "helpUri id shortDescription")},
+        {QStringLiteral("defaultConfiguration"), QStringLiteral("level")},
+        {QStringLiteral("fullDescription"), QStringLiteral("markdown text")},
+        {QStringLiteral("shortDescription"), QStringLiteral("markdown text")},
+        {QStringLiteral("help"), QStringLiteral("markdown text")},
+        {QStringLiteral("results"), QStringLiteral("level locations message ruleId ruleIndex")},
+        {QStringLiteral("message"), QStringLiteral("markdown text")},
+        {QStringLiteral("locations"), QStringLiteral("logicalLocations physicalLocation")},
+        {QStringLiteral("logicalLocations"), QStringLiteral("fullyQualifiedName")},
+        {QStringLiteral("physicalLocation"), QStringLiteral("artifactLocation region")},
+        {QStringLiteral("artifactLocation"), QStringLiteral("uri")},
+        {QStringLiteral("region"), QStringLiteral("endColumn endLine startColumn startLine")},
+    };
+    QSet<QString> met;
+    const std::function<void(const QString&, const QJsonValue&)> visit =
+        [&](const QString& name, const QJsonValue& value) {
+            for (const QJsonValue element : value.toArray()) {
+                visit(name, element);
+            }
+            const QJsonObject object = value.toObject();
+            const QStringList members = known.value(name).split(QLatin1Char(' '));
+            for (auto member = object.begin(); member != object.end(); ++member) {
+                EXPECT_TRUE(members.contains(member.key()))
+                    << name.toStdString() << " has " << member.key().toStdString();
+                met.insert(name);
+                visit(member.key(), member.value());
+            }
+        };
+    visit({}, run(workspace, check({QStringLiteral("--format"), QStringLiteral("sarif")})).json());
+    EXPECT_EQ(met.size(), known.size());
 }
 
 TEST_F(Check, explains_a_code)
