@@ -408,7 +408,7 @@ QList<CodeDescription> patternCodes()
         {Code::EmptyPattern, "empty-pattern", Severity::Warning,
          "An empty pattern matches every URL",
          "A pattern is searched in the URL, and nothing is found everywhere: the node runs for "
-         "every write. A node that nothing below watches for does so, too.",
+         "every write. For an edge that is always followed, leave the conditions out.",
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [[""]])")),
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Settings/"]])"))},
         {Code::SlowPattern, "slow-pattern", Severity::Warning,
