@@ -31,7 +31,7 @@ struct Target {
 struct Setting {
     QString writtenUrl;
     QString unit;
-    int line;
+    Index cell; ///< of the target
 };
 
 class LinkChecker {
@@ -457,7 +457,6 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
     const QString leaf = hasColumn ? QStringLiteral("%1[%2]").arg(set.url).arg(
                                          readColumnTarget(textOf(places, cell)).column)
                                    : set.url;
-    const int line = places.valueAt(cell).line;
     for (auto known = settings.constFind(leaf); known != settings.cend() && known.key() == leaf;
          ++known) {
         const bool isSameWrite = known->writtenUrl.isEmpty() || set.writtenUrl.isEmpty() ||
@@ -467,7 +466,7 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
                 QStringLiteral("this row sets the unit of %1 to %2, after line %3 set it to %4 in "
                                "the same write; the last one counts")
                     .arg(quoted(leaf), unit)
-                    .arg(known->line)
+                    .arg(places.valueAt(known->cell).line)
                     .arg(known->unit),
                 [] {
                     return QStringLiteral("remove one of the two rows, or put them behind "
@@ -476,7 +475,7 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
             break;
         }
     }
-    settings.insert(leaf, {set.writtenUrl, unit, line});
+    settings.insert(leaf, {set.writtenUrl, unit, cell});
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <utility>
 
 namespace checker {
 
@@ -127,7 +128,8 @@ private:
     const Table* command = nullptr;
     QHash<QString, QString> selected; ///< nodes of this write, and the first pattern of each
     QHash<QString, Setting> settings; ///< of this write, by leaf
-    QSet<QString> told;               ///< of any write
+    QHash<const Row*, QPair<QString, QString>> judged; ///< by row, the last leaf and unit
+    QSet<QString> told;                                ///< of any write
 };
 
 void UnitObserver::traversalStarted(const QString& url)
@@ -141,6 +143,9 @@ void UnitObserver::traversalStarted(const QString& url)
 /// That a node watches a URL and has a pattern that matches it shows without running.
 void UnitObserver::nodeSelected(const SelectedNode& node)
 {
+    if (node.selection == Selection::Unconditional) {
+        return;
+    }
     const bool isPattern = node.selection == Selection::Pattern;
     const auto first = selected.constFind(node.name);
     if (first == selected.cend()) {
@@ -192,12 +197,17 @@ void UnitObserver::commandRowExecuted(const CommandRow& row)
                              ? row.targetUrl
                              : QStringLiteral("%1[%2]").arg(row.targetUrl).arg(row.column);
     checkConflict(setting, leaf);
+    settings.insert(leaf, setting);
+    // A row that runs for every write mostly does the same.
+    const QPair<QString, QString> done{leaf, unit};
+    if (std::exchange(judged[setting.row], done) == done) {
+        return;
+    }
     if (linked.units->isKnown(unit)) {
         checkDimension(setting, row, leaf);
     } else {
         checkKnown(setting);
     }
-    settings.insert(leaf, setting);
 }
 
 /// Whether this was not found for another write.
