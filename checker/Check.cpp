@@ -3,8 +3,10 @@
 #include "checker/Description.h"
 #include "checker/GraphCheck.h"
 #include "checker/LinkCheck.h"
+#include "checker/LinkRun.h"
 #include "filehost/Files.h"
 #include "filehost/LinkPlan.h"
+#include "filehost/tree/FileTree.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,6 +24,7 @@ using filehost::json::JsonText;
 namespace {
 
 constexpr const char* linksFile = "links.json";
+constexpr const char* unitsFileName = "units.json";
 
 bool isUnreadable(const Problem& problem)
 {
@@ -40,7 +43,7 @@ std::shared_ptr<const JsonText> parse(CheckedFile& checked)
                                       QStringLiteral("write { \"name of a node\": { ... } }")));
     }
     for (const Problem& problem : problems) {
-        checked.findings.append(findingOf(problem));
+        checked.findings.append(findingOf(problem, Code::NotAnObject));
     }
     return problems.isEmpty() ? text : nullptr;
 }
@@ -126,11 +129,7 @@ CheckedFile WorkspaceCheck::checkLinks()
         checked.bytes = file.readAll();
     }
     for (const Problem& problem : linkProblems) {
-        Finding finding = findingOf(problem);
-        if (finding.code == Code::NotAnObject) {
-            finding.code = Code::BadLink;
-        }
-        checked.findings.append(finding);
+        checked.findings.append(findingOf(problem, Code::BadLink));
     }
     QList<Problem> ignored; // the same as those above
     if (const auto text = JsonText::parse(checked.bytes, checked.name, ignored)) {
@@ -140,7 +139,9 @@ CheckedFile WorkspaceCheck::checkLinks()
         for (const JsonText::Index entry : text->children(JsonText::root)) {
             const filehost::json::Place place = text->place(text->node(entry).value.begin);
             if (link != links.cend() && link->line == place.line && link->column == place.column) {
-                missing.check(*link++, places, entry); // entries with a problem have no link
+                missing.check(*link, places, entry); // entries with a problem have no link
+                checkParameters(*link, places, entry, checked);
+                ++link;
             }
         }
     }
@@ -169,15 +170,8 @@ CheckedFile WorkspaceCheck::checkDescription(const QString& name, QList<Problem>
     Findings findings(places);
     const std::vector<Node> nodes = readDescription(places, findings);
     checkGraph(nodes, places, patterns, findings);
-    for (const int number : linksOf.value(name)) {
-        const Link& link = links.at(number);
-        const auto source = sourceTree(link);
-        const Instance targetInstance = filehost::targetOf(link);
-        const BaseClassSharedPointer target = session.view(targetInstance);
-        if (source && !target.isNull()) {
-            checkLink(nodes, places, {link, *source, Tree(target)}, patterns, findings);
-        }
-        session.complete(targetInstance); // so that memory does not grow with the workspace
+    if (linksOf.contains(name)) {
+        checkLinks(name, nodes, text, findings, problems);
     }
     checked.findings = findings.take();
     for (const Problem& problem : session.takeProblems()) {
@@ -186,6 +180,117 @@ CheckedFile WorkspaceCheck::checkDescription(const QString& name, QList<Problem>
         }
     }
     return checked;
+}
+
+void WorkspaceCheck::checkParameters(const Link& link, const DescriptionPlaces& places,
+                                     JsonText::Index entry, CheckedFile& checked)
+{
+    if (link.parameters.isEmpty()) {
+        return;
+    }
+    const ParameterUse use = useOf(link.dependency);
+    const bool isFirstText = link.parameters.first().canConvert(QMetaType::QString);
+    const bool takesAll =
+        use.takesTwo || (use.takesFirst && isFirstText && link.parameters.size() == 1);
+    if (takesAll || !use.isKnown) {
+        return;
+    }
+    const QString message =
+        !use.takesFirst ? QStringLiteral("no row of %1 takes parameters")
+        : !isFirstText
+            ? QStringLiteral("%1 puts the first parameter in front of URLs, but this one is "
+                             "neither a text nor a number and is not taken")
+            : QStringLiteral("%1 takes the first parameter only");
+    checked.findings.append(
+        {Code::UnusedParameters, checked.name,
+         places.valueAt(places.text().member(entry, QStringLiteral("parameters"))),
+         message.arg(quoted(link.dependency)),
+         QStringLiteral("remove what is not taken, or write \"%1\" and \"%2\" into the URLs of "
+                        "\"CommandSetUnitByConfigurationParameter\""),
+         std::nullopt, 0});
+}
+
+ParameterUse WorkspaceCheck::useOf(const QString& description)
+{
+    auto known = parameterUses.find(description);
+    if (known == parameterUses.end()) {
+        QList<Problem> ignored; // those of a description that is not there or no description
+        ParameterUse use;
+        if (const auto places = DescriptionPlaces::read(workspace, description, ignored)) {
+            Findings unused(*places);
+            use = parameterUse(readDescription(*places, unused), *places);
+            use.isKnown = true;
+        }
+        known = parameterUses.insert(description, use);
+    }
+    return *known;
+}
+
+/// What the links of a description find in it.
+void WorkspaceCheck::checkLinks(const QString& name, const std::vector<Node>& nodes,
+                                const std::shared_ptr<const JsonText>& text, Findings& findings,
+                                QList<Problem>& problems)
+{
+    const DescriptionPlaces places(text);
+    Units* const known = knownUnits(problems);
+    std::optional<LinkRun> run;
+    if (known != nullptr && !findings.contains(Code::RowFatal)) {
+        run.emplace(nodes, places, filehost::tree::FileTreeNode::makeRoot(text, {}));
+    }
+    for (const int number : linksOf.value(name)) {
+        const Link& link = links.at(number);
+        const auto source = sourceTree(link);
+        const Instance targetInstance = filehost::targetOf(link);
+        const BaseClassSharedPointer target = session.view(targetInstance);
+        if (source && !target.isNull()) {
+            const Tree targetTree(target);
+            const LinkedTrees linked{link, *source, targetTree, known};
+            const LinkOutline outline = checkLink(nodes, places, linked, patterns, findings);
+            if (run && !outline.endsProcess) {
+                run->check(linked, session.load(targetInstance), outline.writtenUrls, findings);
+            }
+        }
+        session.complete(targetInstance); // so that memory does not grow with the workspace
+    }
+}
+
+/// Null when they cannot be had, which is told once.
+Units* WorkspaceCheck::knownUnits(QList<Problem>& problems)
+{
+    if (!areUnitsRead) {
+        areUnitsRead = true;
+        readUnits(problems);
+    }
+    return units.get();
+}
+
+void WorkspaceCheck::readUnits(QList<Problem>& problems)
+{
+    units = Units::load(problems);
+    const QString path = QDir(workspace.directory()).filePath(QLatin1String(unitsFileName));
+    if (!units || !QFile::exists(path)) {
+        return;
+    }
+    unitsFile = CheckedFile{QLatin1String(unitsFileName), {}, {}};
+    const auto bytes = filehost::readBytes({path, unitsFile->name}, problems);
+    if (!bytes) {
+        return;
+    }
+    unitsFile->bytes = *bytes;
+    QList<Problem> inText;
+    if (const auto text = JsonText::parse(*bytes, unitsFile->name, inText)) {
+        units->add(*text, inText);
+    }
+    for (const Problem& problem : inText) {
+        unitsFile->findings.append(findingOf(problem, Code::BadUnit));
+    }
+    sortByPlace(unitsFile->findings);
+}
+
+std::optional<CheckedFile> WorkspaceCheck::checkUnits(QList<Problem>& problems)
+{
+    knownUnits(problems);
+    return unitsFile;
 }
 
 std::shared_ptr<const Tree> WorkspaceCheck::sourceTree(const Link& link)

@@ -45,7 +45,7 @@ QString conditions(const char* text)
 
 Example alone(const QString& description)
 {
-    return {description, {}, {}, {}};
+    return {description, {}, {}, {}, {}};
 }
 
 const char* const source = R"({ "Settings": { "SpeedUnit": "m/s", "Limit": 5 } })";
@@ -62,8 +62,11 @@ const char* const arrays = R"({
 Example linked(const QString& description, const char* targetTree = target,
                const char* parameters = "")
 {
-    return {description, QString::fromUtf8(source), QString::fromUtf8(targetTree),
-            QString::fromUtf8(parameters)};
+    return {description,
+            QString::fromUtf8(source),
+            QString::fromUtf8(targetTree),
+            QString::fromUtf8(parameters),
+            {}};
 }
 
 QList<CodeDescription> syntaxCodes()
@@ -284,8 +287,10 @@ QList<CodeDescription> graphCodes()
          alone(R"({ "Node": { "Type": "SwitchNode" } })"),
          alone(conditions(R"("ConditionWriteOnUrls": [["Settings/Mode"]])"))},
         {Code::NoEffect, "no-effect", Severity::Warning, "A node does nothing",
-         "A command node without commands and without a successor has no effect. One whose edge "
-         "has conditions is left alone: it names the URLs that are run when nothing was written.",
+         "A node without commands has no effect where no node below has any. This is told once, of "
+         "the topmost one. Where conditions stand on an edge in between, nothing is told: they "
+         "name "
+         "the URLs that are run when nothing was written.",
          alone(R"({ "Node": { "Type": "CommandNode" } })"),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
         {Code::AlternativeConditions, "alternative-conditions", Severity::Warning,
@@ -299,7 +304,8 @@ QList<CodeDescription> graphCodes()
                           "                \"ConditionWriteOnUrlsRegExp\": [[\"^Zones/\"]]"))},
         {Code::RunsTwice, "runs-twice", Severity::Warning, "A node is found twice for one write",
          "A top-level node runs once if it watches the written URL, and once more for each of its "
-         "patterns that matches it.",
+         "patterns that matches it. Whether two of its patterns match one URL is looked up in the "
+         "source of each link.",
          alone(R"({
     "Node": {
         "Type": "SwitchNode",
@@ -377,6 +383,16 @@ QList<CodeDescription> rowCodes()
          R"(A comparator is "==" or "!=". With any other text the row never holds.)",
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "=", "lab"]])")),
          alone(conditions(R"("ConditionValueComparator": [["Settings/Mode", "==", "lab"]])"))},
+        {Code::AlwaysHolds, "always-holds", Severity::Warning, "Two rows leave no value out",
+         "The rows of a condition are alternatives: one that holds is enough. Whatever the value "
+         "is, it differs from one of two constants. For \"neither this nor that\", put one switch "
+         "node behind the other.",
+         alone(conditions("\"ConditionValueComparator\": [[\"Settings/Mode\", \"!=\", \"lab\"],\n"
+                          "                                             [\"Settings/Mode\", "
+                          "\"!=\", \"field\"]]")),
+         alone(conditions("\"ConditionValueComparator\": [[\"Settings/Mode\", \"==\", \"lab\"],\n"
+                          "                                             [\"Settings/Mode\", "
+                          "\"==\", \"field\"]]"))},
     };
 }
 
@@ -389,6 +405,12 @@ QList<CodeDescription> patternCodes()
          "expressions.",
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Zones/([^/]+/Mode$"]])")),
          alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Zones/([^/]+)/Mode$"]])"))},
+        {Code::EmptyPattern, "empty-pattern", Severity::Warning,
+         "An empty pattern matches every URL",
+         "A pattern is searched in the URL, and nothing is found everywhere: the node runs for "
+         "every write. For an edge that is always followed, leave the conditions out.",
+         alone(conditions(R"("ConditionWriteOnUrlsRegExp": [[""]])")),
+         alone(conditions(R"("ConditionWriteOnUrlsRegExp": [["^Settings/"]])"))},
         {Code::SlowPattern, "slow-pattern", Severity::Warning,
          "A pattern takes very long where it does not match",
          "Where repetitions can share out the same characters in many ways, a match that fails "
@@ -456,6 +478,13 @@ QList<CodeDescription> patternCodes()
              R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1-2]"]])")),
          alone(commands(
              R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[2-1]"]])"))},
+        {Code::IgnoredText, "ignored-text", Severity::Warning, "Text behind a column is ignored",
+         "The URL of an array ends with its column. What stands behind the last bracket is "
+         "dropped.",
+         alone(commands(
+             R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1]/Max"]])")),
+         alone(commands(
+             R"("CommandSetUnitByConfigurationParameterArray": [["Settings/Unit", "Log[1]"]])"))},
     };
 }
 
@@ -467,15 +496,38 @@ QList<CodeDescription> linkCodes()
         {Code::BadLink, "bad-link", Severity::Error, "An entry of links.json cannot be read",
          "The link is left out; the others count. \"source\", \"target\" and \"dependency\" are "
          "texts and must be there, \"process\" is true or false, \"parameters\" is a list.",
-         linked(copySpeed, target, R"("Left")"), linked(copySpeed, target, R"(["Left"])")},
+         linked(copySpeed, target, R"("Left")"), linked(copySpeed, target, "[]")},
+        {Code::BadUnit,
+         "bad-unit",
+         Severity::Error,
+         "An entry of units.json cannot be read",
+         "The unit is left out; the others count. A key is a unit as it stands in the files. Its "
+         "definition is a text in terms of units that UDUNITS-2 knows or that stand above it, or "
+         "null for a unit of a kind of its own.",
+         {copySpeed,
+          QString::fromUtf8(source),
+          QString::fromUtf8(target),
+          {},
+          QStringLiteral(R"({ "pcs": null, "Nm": "newtonmetre" })")},
+         {copySpeed,
+          QString::fromUtf8(source),
+          QString::fromUtf8(target),
+          {},
+          QStringLiteral(R"({ "pcs": null, "Nm": "N m" })")}},
         {Code::MissingFile,
          "missing-file",
          Severity::Error,
          "A link names what is not there",
          "The source is a configuration; the target is one, too, unless the link says that it is "
          "a process description. What is not there cannot be followed: the link is not resolved.",
-         {copySpeed, QString::fromUtf8(source), {}, {}},
+         {copySpeed, QString::fromUtf8(source), {}, {}, {}},
          linked(copySpeed)},
+        {Code::UnusedParameters, "unused-parameters", Severity::Warning,
+         "A description does not take the parameters of a link",
+         "\"CommandSetUnitProperties\" puts the first parameter in front of its URLs, if it is a "
+         "text or a number. \"CommandSetUnitByConfigurationParameter\" fills \"%1\" and \"%2\", if "
+         "there are exactly two. Nothing else takes any.",
+         linked(copySpeed, target, R"(["Line/"])"), linked(copySpeed)},
         {Code::UnknownSourceUrl, "unknown-source-url", Severity::Error,
          "A URL names no value of the source",
          "Nobody can write there, so a condition on it never holds, and a command that takes a "
@@ -534,10 +586,36 @@ QList<CodeDescription> linkCodes()
         {Code::ConflictingUnits, "conflicting-units", Severity::Warning,
          "Two rows set different units on one leaf",
          "Both are run for the same write, one after the other: commands in the order of their "
-         "names, rows in that of the table. What the first one sets is lost.",
+         "names, rows in that of the table. What the first one sets is lost. Rows of one node are "
+         "always compared. For rows of different nodes the link is run with the present values, "
+         "once for each URL that it looks at: what is told does happen, but with other values "
+         "there may be more.",
          linked(commands("\"CommandSetUnitProperties\": [[\"Line/Speed\", \"m/s\"],\n"
                          "                                         [\"Line/Speed\", \"km/h\"]]")),
          linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
+        {Code::UnknownUnit,
+         "unknown-unit",
+         Severity::Warning,
+         "A text is set as a unit and is none",
+         "The engine takes any text for a unit. Units are what UDUNITS-2 knows, from \"°C\" to "
+         "\"kg/m³\", and what units.json lists. A number alone is none, except 1: it is the value "
+         "of another leaf. A unit that stands in a row is always looked at, one that is taken from "
+         "the source if the row runs with the present values. A list is none either; the command "
+         "for columns skips it.",
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])")),
+         {commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])"),
+          QString::fromUtf8(source),
+          R"({ "Line": { "Speed": 1.2 } })",
+          {},
+          R"({ "pcs": null })"}},
+        {Code::OtherDimension, "other-dimension", Severity::Warning,
+         "A unit cannot be converted to the one that is there",
+         "The leaf has a unit, and the one that the row sets measures something else: no value of "
+         "the one can be that of the other. The link is run with the present values, once for each "
+         "URL that it looks at. A leaf that is meant to show now one thing and now another is "
+         "mentioned as long as it has the unit of the other.",
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "bar"]])")),
+         linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "km/h"]])"))},
     };
 }
 
@@ -569,6 +647,7 @@ QString shown(const QString& heading, const Example& example)
     QString text = block(heading, example.description);
     text += block(QStringLiteral("on the source"), example.source);
     text += block(QStringLiteral("and the target"), example.target);
+    text += block(QStringLiteral("with units.json"), example.units);
     text += block(QStringLiteral("with the link's \"parameters\""), example.parameters);
     return text;
 }

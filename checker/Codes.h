@@ -42,7 +42,9 @@ enum class Code {
     EmptyUnit,
     EmptyUrl,
     UnknownComparator,
+    AlwaysHolds,
     InvalidPattern,
+    EmptyPattern,
     SlowPattern,
     PatternWithoutGroup,
     PrefixedUrl,
@@ -51,8 +53,11 @@ enum class Code {
     UnusedGroup,
     UnfilledPlace,
     InvalidColumn,
+    IgnoredText,
     BadLink,
+    BadUnit,
     MissingFile,
+    UnusedParameters,
     UnknownSourceUrl,
     UnknownTargetUrl,
     SomeTargetsMissing,
@@ -61,6 +66,8 @@ enum class Code {
     ColumnOutOfRange,
     ConstantNeverEqual,
     ConflictingUnits,
+    UnknownUnit,
+    OtherDimension,
 };
 
 /// Files of a workspace in which a code is found, or not. Without a source, a target and a link the
@@ -70,6 +77,7 @@ struct Example {
     QString source;
     QString target;
     QString parameters; ///< of the link, as `links.json` has them; may be empty
+    QString units;      ///< `units.json`; may be empty
 };
 
 /// All that there is to know about a code.

@@ -9,7 +9,7 @@ namespace checker {
 
 namespace {
 
-Code codeOf(filehost::Problem::Code code)
+Code codeOf(filehost::Problem::Code code, Code misshapen)
 {
     using Problem = filehost::Problem::Code;
     switch (code) {
@@ -23,7 +23,7 @@ Code codeOf(filehost::Problem::Code code)
         return Code::BeyondLimits;
     case Problem::Shape:
     case Problem::Name:
-        return Code::NotAnObject;
+        return misshapen;
     default:
         return Code::MissingFile;
     }
@@ -59,6 +59,12 @@ void Findings::add(const filehost::Link& link, Code code, const Place& place,
     found.last().link = link;
 }
 
+bool Findings::contains(Code code) const
+{
+    return std::any_of(found.begin(), found.end(),
+                       [code](const Finding& finding) { return finding.code == code; });
+}
+
 QList<Finding> Findings::take()
 {
     ofLinks.clear();
@@ -71,11 +77,16 @@ void sortByPlace(QList<Finding>& findings)
     std::stable_sort(findings.begin(), findings.end(), standsBefore);
 }
 
-Finding findingOf(const filehost::Problem& problem)
+Finding findingOf(const filehost::Problem& problem, Code misshapen)
 {
     const Place place{problem.line, problem.column, problem.line > 0 ? 1 : 0, {0, 0}, {}};
-    return {codeOf(problem.code), problem.file, place, problem.message,
-            problem.advice,       std::nullopt, 0};
+    return {codeOf(problem.code, misshapen),
+            problem.file,
+            place,
+            problem.message,
+            problem.advice,
+            std::nullopt,
+            0};
 }
 
 QString quoted(const QString& text)

@@ -37,6 +37,8 @@ public:
     void add(const filehost::Link& link, Code code, const Place& place, const QString& message,
              const std::function<QString()>& advice);
 
+    bool contains(Code code) const;
+
     /// In the order of the text.
     QList<Finding> take();
 
@@ -49,8 +51,8 @@ private:
 /// Findings at one place stay in their order.
 void sortByPlace(QList<Finding>& findings);
 
-/// What a problem of a file is as a finding.
-Finding findingOf(const filehost::Problem& problem);
+/// What a problem of a file is as a finding; `misshapen` for one that is JSON of another shape.
+Finding findingOf(const filehost::Problem& problem, Code misshapen);
 
 /// `text` in double quotes.
 QString quoted(const QString& text);

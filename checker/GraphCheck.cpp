@@ -37,15 +37,17 @@ public:
     void checkTopLevel(const Node& node);
 
 private:
-    void check(const Node& node, bool isTopLevel);
+    void check(const Node& node, bool isTopLevel, bool isInIdle);
     void checkSuccessors(const Node& node);
-    void checkEffect(const Node& node, bool isTopLevel);
+    void checkEffect(const Node& node, bool isIdle, bool isInIdle);
+    bool isIdle(const Node& node, bool isTopLevel) const;
     void checkAlternatives(const Node& successor);
     void checkRunsTwice(const Node& node);
     void collect(const Table& condition, Watches& watches) const;
     void collectBelow(const Node& node, Watches& watches) const;
     bool bothMayHold(const Table& left, const Table& right);
-    const Watched* firstMatch(const Watched& pattern, const std::vector<Watched>& urls);
+    std::vector<int> firstMatches(const std::vector<Watched>& watched,
+                                  const std::vector<Watched>& urls);
 
     const DescriptionPlaces& places;
     const JsonText& text;
@@ -62,12 +64,14 @@ void GraphChecker::checkTopLevel(const Node& node)
                      QStringLiteral("put a switch node above it: conditions guard the edge from "
                                     "there"));
     }
-    check(node, true);
+    check(node, true, false);
     checkRunsTwice(node);
 }
 
-void GraphChecker::check(const Node& node, bool isTopLevel)
+/// `isInIdle`: that it does nothing is told of a node above.
+void GraphChecker::check(const Node& node, bool isTopLevel, bool isInIdle)
 {
+    const bool doesNothing = isInIdle || isIdle(node, isTopLevel);
     for (const Table& condition : node.conditions) {
         checkRows(condition, places, patterns, findings);
     }
@@ -76,10 +80,10 @@ void GraphChecker::check(const Node& node, bool isTopLevel)
     }
     if (node.type != nullptr) {
         checkSuccessors(node);
-        checkEffect(node, isTopLevel);
+        checkEffect(node, doesNothing, isInIdle);
     }
     for (const Node& successor : node.successors) {
-        check(successor, false);
+        check(successor, false, doesNothing);
     }
 }
 
@@ -113,7 +117,7 @@ void GraphChecker::checkSuccessors(const Node& node)
     }
 }
 
-void GraphChecker::checkEffect(const Node& node, bool isTopLevel)
+void GraphChecker::checkEffect(const Node& node, bool isIdle, bool isInIdle)
 {
     const QString name = quoted(text.key(node.member));
     if (!node.type->runsCommands && node.ownCommands != JsonText::none) {
@@ -121,23 +125,49 @@ void GraphChecker::checkEffect(const Node& node, bool isTopLevel)
                      QStringLiteral("%1 is a switch node, which runs no commands").arg(name),
                      QStringLiteral("move them to a command node among its successors"));
     }
+    if (isInIdle) {
+        return;
+    }
     if (node.type->asksConditions && node.successors.empty()) {
         findings.add(
             Code::SwitchWithoutEdges, places.keyAt(node.member),
             QStringLiteral("the switch node %1 has no edges; nothing happens there").arg(name),
             QStringLiteral("write its successors under \"Next\", or remove it"));
-    }
-    const bool doesNothing =
-        node.type->runsCommands && node.next == JsonText::none &&
-        (node.ownCommands == JsonText::none || text.children(node.ownCommands).empty());
-    // A node that only watches is one on purpose: it names what is run when nothing was written.
-    if (doesNothing && (isTopLevel || node.conditions.empty())) {
+    } else if (isIdle) {
         findings.add(Code::NoEffect, places.keyAt(node.member),
-                     QStringLiteral("the command node %1 has neither commands nor a successor; "
-                                    "nothing happens there")
-                         .arg(name),
+                     node.successors.empty()
+                         ? QStringLiteral("the command node %1 has neither commands nor a "
+                                          "successor; nothing happens there")
+                               .arg(name)
+                         : QStringLiteral("neither %1 nor any node below has commands or watches "
+                                          "anything; nothing happens there")
+                               .arg(name),
                      QStringLiteral("write commands under \"Commands\", or remove it"));
     }
+}
+
+/// Whether nothing below has commands, right or wrong, or watches anything. A node that only
+/// watches is one on purpose: it names what is run when nothing was written.
+bool GraphChecker::isIdle(const Node& node, bool isTopLevel) const
+{
+    const auto isEmpty = [&](Index member) {
+        if (member == JsonText::none) {
+            return true;
+        }
+        const JsonText::Children children = text.children(member);
+        return text.kind(member) == JsonText::Kind::Object &&
+               std::all_of(children.begin(), children.end(), [&](Index child) {
+                   return text.key(child).startsWith(QLatin1Char('@'));
+               });
+    };
+    const bool isKnown = node.type != nullptr;
+    const bool hasConditions = !isTopLevel && !node.conditions.empty();
+    if (!isKnown || hasConditions || !isEmpty(node.ownCommands) ||
+        (node.successors.empty() && !isEmpty(node.next))) {
+        return false;
+    }
+    return std::all_of(node.successors.begin(), node.successors.end(),
+                       [&](const Node& successor) { return isIdle(successor, false); });
 }
 
 void GraphChecker::checkAlternatives(const Node& successor)
@@ -184,35 +214,44 @@ bool GraphChecker::bothMayHold(const Table& left, const Table& right)
     if (plain == nullptr || !other.urls.empty()) {
         return true;
     }
-    return std::any_of(other.patterns.begin(), other.patterns.end(), [&](const Watched& pattern) {
-        return firstMatch(pattern, plain->urls) != nullptr;
-    });
+    const std::vector<int> matches = firstMatches(other.patterns, plain->urls);
+    return std::any_of(matches.begin(), matches.end(), [](int url) { return url >= 0; });
 }
 
-const Watched* GraphChecker::firstMatch(const Watched& pattern, const std::vector<Watched>& urls)
+/// For each pattern the number of the first URL that it matches, or -1.
+std::vector<int> GraphChecker::firstMatches(const std::vector<Watched>& watched,
+                                            const std::vector<Watched>& urls)
 {
-    const Pattern& compiled = patterns[pattern.text];
-    const auto match = std::find_if(urls.begin(), urls.end(), [&](const Watched& url) {
-        return compiled.findsMatch(url.text);
-    });
-    return match == urls.end() ? nullptr : &*match;
+    const auto textsOf = [](const std::vector<Watched>& list) {
+        QStringList texts;
+        for (const Watched& entry : list) {
+            texts.append(entry.text);
+        }
+        return texts;
+    };
+    return patterns.firstMatches(textsOf(watched), textsOf(urls));
 }
 
 void GraphChecker::checkRunsTwice(const Node& node)
 {
     Watches watches;
     collectBelow(node, watches);
-    for (const Watched& pattern : watches.patterns) {
-        const Watched* const url = firstMatch(pattern, watches.urls);
-        if (url != nullptr) {
-            findings.add(Code::RunsTwice, places.valueAt(pattern.cell),
-                         QStringLiteral("the top-level node %1 also watches %2 in line %3, which "
-                                        "this pattern matches; a write there runs it twice")
-                             .arg(quoted(text.key(node.member)), quoted(url->text))
-                             .arg(places.valueAt(url->cell).line),
-                         QStringLiteral("let the pattern not match it, or remove the URL where it "
-                                        "need not be run without a write"));
+    if (watches.urls.empty() || watches.patterns.empty()) {
+        return; // as in most nodes
+    }
+    const std::vector<int> matches = firstMatches(watches.patterns, watches.urls);
+    for (std::size_t number = 0; number < matches.size(); ++number) {
+        if (matches[number] < 0) {
+            continue;
         }
+        const Watched& url = watches.urls[static_cast<std::size_t>(matches[number])];
+        findings.add(Code::RunsTwice, places.valueAt(watches.patterns[number].cell),
+                     QStringLiteral("the top-level node %1 also watches %2 in line %3, which this "
+                                    "pattern matches; a write there runs it twice")
+                         .arg(quoted(text.key(node.member)), quoted(url.text))
+                         .arg(places.valueAt(url.cell).line),
+                     QStringLiteral("let the pattern not match it, or remove the URL where it need "
+                                    "not be run without a write"));
     }
 }
 

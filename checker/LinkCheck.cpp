@@ -7,6 +7,7 @@
 #include "host/ConfigurationAndProcessDataDefinitions.h"
 
 #include <QMultiHash>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -30,7 +31,7 @@ struct Target {
 struct Setting {
     QString writtenUrl;
     QString unit;
-    int line;
+    Index cell; ///< of the target
 };
 
 class LinkChecker {
@@ -38,10 +39,11 @@ public:
     LinkChecker(const DescriptionPlaces& places, const LinkedTrees& linked, Patterns& patterns,
                 Findings& findings)
         : places(places), link(linked.link), source(linked.source), target(linked.target),
-          patterns(patterns), findings(findings)
+          units(linked.units), patterns(patterns), findings(findings)
     {}
 
     void check(const Node& node, bool isTopLevel);
+    LinkOutline outline() const;
 
 private:
     using Advice = std::function<QString()>;
@@ -59,6 +61,8 @@ private:
     QList<Target> filledTarget(Index cell);
     void checkTargets(Index cell, const QList<Target>& targets);
     void checkColumn(Index cell, const Row& row, const TableDescription& table);
+    void checkUnit(Index cell);
+    void checkIsUnit(Index parameter, bool isSkipped);
     void noteSetting(const Row& row, const TableDescription& table, Index cell, const Target& set);
     QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
 
@@ -66,9 +70,12 @@ private:
     const Link& link;
     const Tree& source;
     const Tree& target;
+    Units* const units;
     Patterns& patterns;
     Findings& findings;
     QMultiHash<QString, Setting> settings; ///< of the command node at hand, by target
+    QSet<QString> writtenUrls;             ///< of the source, that any row names or matches
+    bool endsProcess = false;
 };
 
 QString nearestIn(const Tree& tree, const QString& url)
@@ -108,9 +115,12 @@ void LinkChecker::checkCondition(const Table& condition)
         const QString text = textOf(places, cell);
         if (hasPatterns) {
             checkPattern(cell);
-            checkConstant(row, table, matchesOf(text));
+            const QStringList matches = matchesOf(text);
+            writtenUrls += QSet<QString>(matches.begin(), matches.end());
+            checkConstant(row, table, matches);
         } else if (!text.startsWith(DependencyWalkerDefinitions::getPrefixRegularExpression())) {
             checkSourceUrl(cell, QStringLiteral("the row never holds"));
+            writtenUrls.insert(text);
             checkConstant(row, table, {text});
         }
     }
@@ -214,10 +224,15 @@ void LinkChecker::checkRow(const Table& command, const Row& row)
     const Index parameter = row.cell(table, CellRole::SourceUrl);
     if (parameter != JsonText::none) {
         checkSourceUrl(parameter, QStringLiteral("the engine skips the row"));
+        checkIsUnit(parameter, row.cell(table, CellRole::TargetColumn) != JsonText::none);
     }
     const Index pattern = row.cell(table, CellRole::PatternWithGroups);
     if (pattern != JsonText::none) {
         checkPattern(pattern);
+    }
+    const Index unit = row.cell(table, CellRole::Unit);
+    if (unit != JsonText::none) {
+        checkUnit(unit);
     }
     Index cell = JsonText::none;
     const QList<Target> targets = targetsOf(command, row, cell);
@@ -305,6 +320,7 @@ QList<Target> LinkChecker::targetsByGroups(const TableDescription& table, const 
         const QRegularExpressionMatch match = pattern.expression.match(written);
         if (match.hasMatch()) {
             targets.append({filler.replaceMatchedGroups(pattern.groups, match, url), written});
+            writtenUrls.insert(written);
         }
     }
     return targets;
@@ -368,6 +384,7 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
                 return QStringLiteral("give the leaf the \"@arrayInformation\" of its columns");
             });
     } else if (column.column >= columns.toList().size()) {
+        endsProcess = true;
         add(Code::ColumnOutOfRange, cell,
             QStringLiteral("%1 has %2 columns, so there is no column %3; the engine ends the "
                            "process when it writes there")
@@ -378,6 +395,41 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
                 return QStringLiteral("the columns are 0 to %1").arg(columns.toList().size() - 1);
             });
     }
+}
+
+void LinkChecker::checkUnit(Index cell)
+{
+    const QString text = textOf(places, cell);
+    if (units != nullptr && !text.isEmpty() && !units->isKnown(text)) {
+        add(Code::UnknownUnit, cell,
+            QStringLiteral("there is no unit %1; the engine sets it all the same")
+                .arg(quoted(text)),
+            [&] { return adviceOnUnit(text, *units); });
+    }
+}
+
+/// Whether the value that is to be a unit could be one.
+void LinkChecker::checkIsUnit(Index parameter, bool isSkipped)
+{
+    const QString url = textOf(places, parameter);
+    const QVariant value = source.valueAt(url);
+    if (value.isValid() && !value.canConvert(QMetaType::QString)) {
+        add(Code::UnknownUnit, parameter,
+            QStringLiteral("the value of %1 is a list or a map, which is no unit; the engine %2")
+                .arg(quoted(url), isSkipped ? QStringLiteral("skips the row")
+                                            : QStringLiteral("sets it all the same")),
+            [] { return QStringLiteral("name a leaf whose value is a unit"); });
+    }
+}
+
+LinkOutline LinkChecker::outline() const
+{
+    QStringList urls(writtenUrls.begin(), writtenUrls.end());
+    std::sort(urls.begin(), urls.end());
+    if (urls.isEmpty() || !urls.first().isEmpty()) {
+        urls.prepend(QString());
+    }
+    return {urls, endsProcess};
 }
 
 /// What tells units apart: their text, or where their value comes from.
@@ -405,7 +457,6 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
     const QString leaf = hasColumn ? QStringLiteral("%1[%2]").arg(set.url).arg(
                                          readColumnTarget(textOf(places, cell)).column)
                                    : set.url;
-    const int line = places.valueAt(cell).line;
     for (auto known = settings.constFind(leaf); known != settings.cend() && known.key() == leaf;
          ++known) {
         const bool isSameWrite = known->writtenUrl.isEmpty() || set.writtenUrl.isEmpty() ||
@@ -415,7 +466,7 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
                 QStringLiteral("this row sets the unit of %1 to %2, after line %3 set it to %4 in "
                                "the same write; the last one counts")
                     .arg(quoted(leaf), unit)
-                    .arg(known->line)
+                    .arg(places.valueAt(known->cell).line)
                     .arg(known->unit),
                 [] {
                     return QStringLiteral("remove one of the two rows, or put them behind "
@@ -424,18 +475,49 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
             break;
         }
     }
-    settings.insert(leaf, {set.writtenUrl, unit, line});
+    settings.insert(leaf, {set.writtenUrl, unit, cell});
 }
 
 } // namespace
 
-void checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& places,
-               const LinkedTrees& linked, Patterns& patterns, Findings& findings)
+LinkOutline checkLink(const std::vector<Node>& nodes, const DescriptionPlaces& places,
+                      const LinkedTrees& linked, Patterns& patterns, Findings& findings)
 {
     LinkChecker checker(places, linked, patterns, findings);
     for (const Node& node : nodes) {
         checker.check(node, true);
     }
+    return checker.outline();
+}
+
+ParameterUse parameterUse(const std::vector<Node>& nodes, const DescriptionPlaces& places)
+{
+    ParameterUse use;
+    for (const Node& node : nodes) {
+        for (const Table& command : node.commands) {
+            for (const Row& row : command.rows) {
+                const Index filled = row.cell(command.type->table, CellRole::TargetUrlTemplate);
+                use.takesFirst |=
+                    row.cell(command.type->table, CellRole::TargetUrl) != JsonText::none;
+                use.takesTwo |= filled != JsonText::none &&
+                                !parameterPlacesIn(textOf(places, filled)).isEmpty();
+            }
+        }
+        const ParameterUse below = parameterUse(node.successors, places);
+        use.takesFirst |= below.takesFirst;
+        use.takesTwo |= below.takesTwo;
+    }
+    return use;
+}
+
+QString adviceOnUnit(const QString& text, Units& units)
+{
+    const QString nearest = units.nearest(text);
+    return nearest.isEmpty()
+               ? QStringLiteral("if it is a unit, list it in units.json")
+               : QStringLiteral(
+                     "did you mean %1? If it is a unit of its own, list it in units.json")
+                     .arg(quoted(nearest));
 }
 
 } // namespace checker

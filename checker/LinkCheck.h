@@ -5,6 +5,9 @@
 #include "checker/Findings.h"
 #include "checker/Patterns.h"
 #include "checker/Tree.h"
+#include "checker/Units.h"
+
+#include <QStringList>
 
 namespace checker {
 
@@ -13,12 +16,34 @@ struct LinkedTrees {
     const filehost::Link& link;
     const Tree& source;
     const Tree& target;
+    Units* units; ///< null when no unit can be judged
+};
+
+/// What a description does with a link, as far as its rows tell.
+struct LinkOutline {
+    /// The URLs of the source that any row names or matches; in front the empty one, which stands
+    /// for all others.
+    QStringList writtenUrls;
+    /// Whether the engine ends the process when it runs the link.
+    bool endsProcess = false;
 };
 
 /// Adds what of a description has no counterpart in the trees that a link names. What is wrong for
 /// every link already is not said again.
-void checkLink(const std::vector<Node>& nodes, const filehost::DescriptionPlaces& places,
-               const LinkedTrees& linked, Patterns& patterns, Findings& findings);
+LinkOutline checkLink(const std::vector<Node>& nodes, const filehost::DescriptionPlaces& places,
+                      const LinkedTrees& linked, Patterns& patterns, Findings& findings);
+
+/// What the rows of a description take of a link's parameters.
+struct ParameterUse {
+    bool isKnown = false;    ///< whether the description can be read
+    bool takesFirst = false; ///< in front of URLs
+    bool takesTwo = false;   ///< in the places of URLs, if there are exactly two
+};
+ParameterUse parameterUse(const std::vector<Node>& nodes,
+                          const filehost::DescriptionPlaces& places);
+
+/// What to do about a text that is no unit.
+QString adviceOnUnit(const QString& text, Units& units);
 
 } // namespace checker
 

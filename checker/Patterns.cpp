@@ -1,6 +1,10 @@
 #include "checker/Patterns.h"
 
 #include "checker/Backtracking.h"
+#include "patterns/LiteralIndex.h"
+#include "patterns/RequiredLiteral.h"
+
+#include <cstddef>
 
 namespace checker {
 
@@ -31,6 +35,41 @@ const Pattern& Patterns::operator[](const QString& pattern)
         known = compiled.insert(pattern, fresh);
     }
     return *known;
+}
+
+std::vector<int> Patterns::firstMatches(const QStringList& texts, const QStringList& urls)
+{
+    patterns::Literals literals;
+    std::vector<patterns::LiteralIndex::Item> items;
+    std::vector<int> alwaysTried;
+    for (int number = 0; number < texts.size(); ++number) {
+        const std::size_t first = literals.size();
+        patterns::addRequiredLiterals(texts.at(number), literals);
+        const patterns::LiteralIndex::Item item{number, first, literals.size()};
+        if (patterns::LiteralIndex::canHold(literals, item)) {
+            items.push_back(item);
+        } else {
+            alwaysTried.push_back(number);
+        }
+    }
+    const patterns::LiteralIndex index(literals, items);
+
+    std::vector<int> found(static_cast<std::size_t>(texts.size()), -1);
+    for (int at = 0; at < urls.size(); ++at) {
+        const auto tryOne = [&](int number) {
+            int& first = found[static_cast<std::size_t>(number)];
+            if (first < 0 && (*this)[texts.at(number)].findsMatch(urls.at(at))) {
+                first = at;
+            }
+        };
+        for (const int number : index.find(urls.at(at))) {
+            tryOne(number);
+        }
+        for (const int number : alwaysTried) {
+            tryOne(number);
+        }
+    }
+    return found;
 }
 
 const std::optional<QString>& Patterns::slowText(const QString& pattern)

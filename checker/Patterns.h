@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace checker {
 
@@ -31,6 +32,11 @@ class Patterns {
 public:
     /// Stays valid until another pattern is asked for.
     const Pattern& operator[](const QString& pattern);
+
+    /// For each of the patterns the number of the first URL in which it finds a match, -1 when
+    /// there is none. Only those pairs are tried in which the URL has what each match of the
+    /// pattern needs.
+    std::vector<int> firstMatches(const QStringList& texts, const QStringList& urls);
 
     /// A text on which matching takes too many steps; none when no such was found.
     const std::optional<QString>& slowText(const QString& pattern);

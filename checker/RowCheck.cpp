@@ -4,6 +4,7 @@
 #include "checker/Backtracking.h"
 #include "checker/ColumnTarget.h"
 
+#include <QMultiHash>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -23,6 +24,13 @@ QString shortened(const QString& text)
     return text.size() <= longestShown ? text : text.left(longestShown) + QStringLiteral("...");
 }
 
+/// What a value is compared with, and how.
+struct Comparison {
+    bool isEqual; ///< otherwise unequal
+    QString constant;
+    int line;
+};
+
 class RowChecker {
 public:
     RowChecker(const Table& table, const DescriptionPlaces& places, Patterns& patterns,
@@ -38,6 +46,7 @@ public:
             checkCell(row.cells[static_cast<std::size_t>(i)], column);
         }
         checkGroups(row);
+        checkComparison(row);
     }
 
 private:
@@ -50,6 +59,7 @@ private:
     void checkPlaces(Index cell, const QString& url);
     void checkTemplate(Index cell, const QString& url);
     void checkGroups(const Row& row);
+    void checkComparison(const Row& row);
     void reportInvalid(Index cell, const QString& text, int offset);
     void reportSlow(Index cell, const QString& text);
     void reportEmpty(Index cell, const QString& what);
@@ -59,6 +69,7 @@ private:
     Patterns& patterns;
     Findings& findings;
     bool isCommand;
+    QMultiHash<QString, Comparison> comparisons; ///< of the rows so far, by what they look at
 };
 
 void RowChecker::checkCell(Index cell, const ColumnDescription& column)
@@ -182,6 +193,12 @@ void RowChecker::checkPattern(Index cell, const QString& text, bool needsGroup)
         reportInvalid(cell, text, 0);
         return;
     }
+    if (text.isEmpty()) {
+        findings.add(Code::EmptyPattern, places.valueAt(cell),
+                     QStringLiteral("the pattern is empty and matches every URL"),
+                     QStringLiteral("write what the URLs have in common, as in \"^Settings/\""));
+        return;
+    }
     const QString prefix = DependencyWalkerDefinitions::getPrefixRegularExpression();
     if (text.startsWith(prefix)) {
         findings.add(Code::PrefixedPattern, places.charactersAt(cell, 0, prefix.size()),
@@ -238,6 +255,14 @@ void RowChecker::checkColumn(Index cell, const QString& text)
                          .arg(quoted(text), target.complaint),
                      QStringLiteral("as in \"Table[1]\", \"Table[2+1]\" or \"Table[4-1]\"; the "
                                     "first column is 0"));
+        return;
+    }
+    const int behind = text.lastIndexOf(QLatin1Char(']')) + 1;
+    if (behind < text.size()) {
+        findings.add(
+            Code::IgnoredText, places.charactersAt(cell, behind, text.size() - behind),
+            QStringLiteral("the engine drops %1 behind the column").arg(quoted(text.mid(behind))),
+            QStringLiteral("end the URL with the column"));
     }
 }
 
@@ -318,6 +343,39 @@ void RowChecker::checkGroups(const Row& row)
                     .arg(name));
         }
     }
+}
+
+/// Whether a row holds for whatever another one leaves out.
+void RowChecker::checkComparison(const Row& row)
+{
+    const Index comparatorCell = row.cell(columns, CellRole::Comparator);
+    const Index constantCell = row.cell(columns, CellRole::Constant);
+    if (comparatorCell == JsonText::none || constantCell == JsonText::none) {
+        return;
+    }
+    const QString comparator = textOf(places, comparatorCell);
+    const Comparison own{comparator == QLatin1String("=="), textOf(places, constantCell),
+                         places.valueAt(comparatorCell).line};
+    if (!own.isEqual && comparator != QLatin1String("!=")) {
+        return;
+    }
+    const QString compared = textOf(places, row.cells.front());
+    const QList<Comparison> earlier = comparisons.values(compared);
+    const auto other =
+        std::find_if(earlier.begin(), earlier.end(), [&](const Comparison& comparison) {
+            const bool isSame = comparison.constant == own.constant;
+            return own.isEqual != comparison.isEqual ? isSame : !own.isEqual && !isSame;
+        });
+    if (other != earlier.end()) {
+        findings.add(Code::AlwaysHolds, places.valueAt(comparatorCell),
+                     QStringLiteral("rows are alternatives, and with line %1 this one leaves no "
+                                    "value of %2 out: the condition holds whatever it is")
+                         .arg(other->line)
+                         .arg(quoted(compared)),
+                     QStringLiteral("for \"neither this nor that\" put one switch node behind the "
+                                    "other, a condition on each edge"));
+    }
+    comparisons.insert(compared, own);
 }
 
 } // namespace

@@ -28,23 +28,23 @@ void collectLeaves(const BaseClassSharedPointer& node, const QString& prefix, QS
 
 } // namespace
 
-Tree::Tree(const BaseClassSharedPointer& root) : root(root) {}
+Tree::Tree(const BaseClassSharedPointer& root) : top(root) {}
 
 BaseClassSharedPointer Tree::at(const QString& url) const
 {
-    return root->getChildData(url);
+    return top->getChildData(url);
 }
 
 QVariant Tree::valueAt(const QString& url) const
 {
-    return ConfigurationAndProcessDataTools::extractConfigValue(url, root);
+    return ConfigurationAndProcessDataTools::extractConfigValue(url, top);
 }
 
 const QStringList& Tree::leaves() const
 {
     if (!collected) {
         collected.emplace();
-        collectLeaves(root, QString(), *collected);
+        collectLeaves(top, QString(), *collected);
         std::sort(collected->begin(), collected->end());
     }
     return *collected;

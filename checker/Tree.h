@@ -16,6 +16,8 @@ class Tree {
 public:
     explicit Tree(const BaseClassSharedPointer& root);
 
+    const BaseClassSharedPointer& root() const { return top; }
+
     /// Null when the URL names nothing.
     BaseClassSharedPointer at(const QString& url) const;
     /// Invalid when the URL names nothing that has a value.
@@ -25,7 +27,7 @@ public:
     const QStringList& leaves() const;
 
 private:
-    BaseClassSharedPointer root;
+    BaseClassSharedPointer top;
     mutable std::optional<QStringList> collected;
 };
 

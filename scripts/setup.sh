@@ -3,13 +3,13 @@
 
 # What it takes to build, and what checks and tests take on top, as Debian and Ubuntu call it.
 # shellcheck disable=SC2034 # used by the scripts
-build_packages='cmake ninja-build g++ git python3 python3-jsonschema qtbase5-dev libcli11-dev
-    rapidjson-dev libgtest-dev libbenchmark-dev graphviz'
+build_packages='cmake ninja-build g++ git python3 qtbase5-dev libcli11-dev rapidjson-dev
+    libudunits2-dev libgtest-dev libbenchmark-dev'
 # shellcheck disable=SC2034
 check_packages='clang-format clang-tidy'
-# The page of a graph is tested in a browser.
+# The tests validate JSON, draw graphs and look at their page in a browser.
 # shellcheck disable=SC2034
-test_packages='chromium chromium-driver'
+test_packages='python3-jsonschema graphviz chromium chromium-driver'
 
 say() {
     printf '%s\n' "$*" >&2
@@ -45,9 +45,9 @@ missing_packages() {
 install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         say 'No apt-get here, so nothing is installed. Needed are CMake 3.22, Ninja, a C++17'
-        say 'compiler, Git, Python 3 with its package jsonschema, Qt 5.15 (Core), CLI11, RapidJSON,'
-        say 'GoogleTest, Google Benchmark and Graphviz; for scripts/check also clang-format and'
-        say 'clang-tidy, for scripts/test Chromium with its chromedriver.'
+        say 'compiler, Git, Python 3, Qt 5.15 (Core), CLI11, RapidJSON, UDUNITS-2, GoogleTest and'
+        say 'Google Benchmark; for scripts/check also clang-format and clang-tidy; for scripts/test'
+        say 'also Graphviz, Chromium with its chromedriver, and the package jsonschema of Python.'
         return
     fi
 

@@ -110,6 +110,36 @@ TEST(DescriptionFindings, do_not_tell_conditions_that_exclude_each_other)
     EXPECT_EQ(edge(urls + R"("ConditionValueComparator": [["A/Limit", "==", 1]])").size(), 1);
 }
 
+TEST(DescriptionFindings, tell_a_subgraph_without_effect_once_at_its_top)
+{
+    const auto below = [](const QString& successors) {
+        return told(findingsIn("{\"N\": {\"Type\": \"SwitchNode\", \"Next\": {\"K\": {" + command +
+                               "},\n\"S\": {\"Type\": \"SwitchNode\", \"Next\": {" + successors +
+                               "}}}}}"));
+    };
+    const QString idle = R"("A": {"Type": "SwitchNode"}, "B": {"Type": "CommandNode",
+        "Next": {"C": {"Type": "CommandNode", "Commands": {"@comment": "none"}}}})";
+    EXPECT_EQ(below(idle), QStringList{"2:1+3 no-effect"});
+    EXPECT_EQ(told(findingsIn("{\"T\": {\"Type\": \"SwitchNode\", \"Next\": {" + idle + "}}}")),
+              QStringList{"1:2+3 no-effect"});
+    EXPECT_EQ(below(R"("A": {"Type": "SwitchNode"}, "B": {)" + command + "}"),
+              QStringList{"2:38+3 switch-without-edges"});
+    EXPECT_EQ(below(R"("A": {"Type": "CommandNode", "Next": {}})"), QStringList{"2:1+3 no-effect"});
+}
+
+TEST(DescriptionFindings, leave_subgraphs_alone_that_watch_or_are_wrong_otherwise)
+{
+    const auto below = [](const QString& successor) {
+        return told(findingsIn("{\"N\": {\"Type\": \"SwitchNode\", \"Next\": {\"S\": {" +
+                               successor + "}}}}"));
+    };
+    EXPECT_EQ(below(R"("Type": "CommandNode", "ConditionWriteOnUrls": [["A"]])"), QStringList());
+    EXPECT_EQ(below(R"("Type": "CommandNode", "Commands": {"CommandSetUnitProperties": []})"),
+              QStringList{"1:81+26 empty-table"});
+    EXPECT_EQ(below(R"("Type": "CommandNode", "Next": [])"), QStringList{"1:76+2 not-an-object"});
+    EXPECT_EQ(below(R"("Type": "Commandnode")"), QStringList{"1:53+13 unknown-node-type"});
+}
+
 TEST(ExampleDescriptions, have_no_findings)
 {
     ExampleWorkspace workspace;

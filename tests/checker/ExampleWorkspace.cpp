@@ -23,6 +23,9 @@ ExampleWorkspace::ExampleWorkspace(const Example& example)
     if (!example.target.isEmpty()) {
         write("configuration/display.json", example.target);
     }
+    if (!example.units.isEmpty()) {
+        write("units.json", example.units);
+    }
     const QString parameters =
         example.parameters.isEmpty() ? QString() : ", \"parameters\": " + example.parameters;
     write("links.json", R"([{ "source": "controller", "target": "display", "dependency": "units")" +
@@ -62,6 +65,9 @@ QList<Finding> ExampleWorkspace::check() const
     QList<Finding> findings = check.checkLinks().findings;
     for (const QString& name : workspace->dependencyNames()) {
         findings += check.checkDescription(name, problems).findings;
+    }
+    if (const auto units = check.checkUnits(problems)) {
+        findings += units->findings;
     }
     EXPECT_TRUE(problems.isEmpty());
     return findings;

@@ -8,21 +8,26 @@ using checker::Finding;
 namespace {
 
 const char* const source = R"({
-    "Settings": { "Unit": "m", "Limit": 5, "Empty": null, "On": true },
-    "Zones": { "A": { "Mode": "lab" }, "B": { "Mode": "off" } }
+    "Settings": { "Unit": "m", "Limit": 5, "Empty": null, "On": true,
+                  "List": [1, 2] },
+    "Zones": { "A": { "Mode": "lab", "Unit": "m" }, "B": { "Mode": "off" } }
 })";
 
 const char* const target = R"({
     "A": { "Speed": 1 },
     "B": { "Speed": 2 },
-    "C": 3
+    "C": 3,
+    "Log": { "@type": "array", "@arrayInformation": [{ "name": "x" }], "@value": [] }
 })";
 
 QList<Finding> inCommand(const QString& type, const QString& rows, const QString& parameters = {})
 {
     return findingsIn(Example{"{\"N\": {\"Type\": \"CommandNode\", \"Commands\": {\"" + type +
                                   "\": [\n" + rows + "]}}}",
-                              source, target, parameters});
+                              source,
+                              target,
+                              parameters,
+                              {}});
 }
 
 QList<Finding> inCondition(const QString& type, const QString& rows)
@@ -34,6 +39,7 @@ QList<Finding> inCondition(const QString& type, const QString& rows)
                     type + "\": [\n" + rows + "]}}}}",
                 source,
                 target,
+                {},
                 {}});
 }
 
@@ -115,10 +121,9 @@ TEST(LinkFindings, know_which_rows_set_one_leaf_in_one_write)
               QStringList{"3:17+3 conflicting-units"});
     EXPECT_EQ(told(inCommand("CommandSetUnitProperties", "[\"C\", \"m\"],\n[\"C\", \"m\"]")),
               QStringList());
-    EXPECT_EQ(
-        told(inCommand("CommandSetUnitByConfigurationParameter",
-                       "[\"Settings/Unit\", \"\", \"C\"],\n[\"Settings/Limit\", \"\", \"C\"]")),
-        QStringList{"3:24+3 conflicting-units"});
+    EXPECT_EQ(told(inCommand("CommandSetUnitByConfigurationParameter",
+                             "[\"Settings/Unit\", \"\", \"C\"],\n[\"Zones/A/Unit\", \"\", \"C\"]")),
+              QStringList{"3:22+3 conflicting-units"});
 }
 
 TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
@@ -127,6 +132,7 @@ TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
         {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["X", "m"]]}}})",
          source,
          target,
+         {},
          {}});
     const QString link = R"({"source": "controller", "target": "display", "dependency": "units"})";
     workspace.write("links.json", "[" + link + ", " + link + ", " + link + "]");
@@ -135,9 +141,40 @@ TEST(LinkFindings, are_told_once_and_counted_for_the_other_links)
     EXPECT_EQ(findings.first().otherLinks, 2);
 }
 
+TEST(LinkFindings, tell_of_parameters_that_nothing_takes)
+{
+    const auto found = [](const QString& type, const QString& row, const QString& parameters) {
+        return told(inCommand(type, row, parameters));
+    };
+    const QString fixed = "CommandSetUnitProperties";
+    const QString copied = "CommandSetUnitByConfigurationParameter";
+    EXPECT_EQ(found(fixed, R"(["Speed", "m"])", R"(["A/"])"), QStringList());
+    EXPECT_EQ(found(fixed, R"(["Speed", "m"])", R"(["A/", 1])"),
+              QStringList{"1:86+9 unused-parameters"});
+    EXPECT_EQ(found(fixed, R"(["C", "m"])", "[[1]]"), QStringList{"1:86+5 unused-parameters"});
+    EXPECT_EQ(found(copied, R"(["Settings/Unit", "", "C"])", R"(["A/"])"),
+              QStringList{"1:86+6 unused-parameters"});
+    EXPECT_EQ(found(copied, R"(["Settings/Unit", "", "A/%2%1"])", R"(["eed", "Sp"])"),
+              QStringList());
+    EXPECT_EQ(found(copied, R"(["Settings/Unit", "", "A/%1"])", R"(["eed"])"),
+              QStringList{"2:23+6 unfilled-place"});
+}
+
+TEST(LinkFindings, tell_of_a_list_that_is_to_be_a_unit)
+{
+    const QList<Finding> skipped =
+        inCommand("CommandSetUnitByConfigurationParameterArray", R"(["Settings/List", "Log[0]"])");
+    ASSERT_EQ(told(skipped), QStringList{"2:2+15 unknown-unit"});
+    EXPECT_TRUE(skipped.first().message.contains("skips the row"));
+    const QList<Finding> set =
+        inCommand("CommandSetUnitByConfigurationParameter", R"(["Settings/List", "", "C"])");
+    ASSERT_EQ(told(set), QStringList{"2:2+15 unknown-unit"});
+    EXPECT_TRUE(set.first().message.contains("sets it all the same"));
+}
+
 TEST(LinkFindings, tell_what_links_name_and_is_not_there)
 {
-    ExampleWorkspace workspace({"{}", source, target, {}});
+    ExampleWorkspace workspace({"{}", source, target, {}, {}});
     workspace.write("links.json", R"([
 {"source": "controler", "target": "display", "dependency": "units"},
 {"source": "controller", "target": "display", "process": true, "dependency": "unit"},

@@ -134,3 +134,33 @@ TEST(RowFindings, know_which_places_a_link_fills)
               QStringList{"2:61+2 unfilled-place"});
     EXPECT_EQ(codesOf(inCommand("CommandSetUnitProperties", R"(["100%/A", "m"])")), QStringList());
 }
+
+TEST(RowFindings, know_rows_that_leave_no_value_out)
+{
+    const auto found = [](const QString& rows) {
+        return codesOf(inCondition("ConditionValueComparator", rows));
+    };
+    const QStringList always{"always-holds"};
+    EXPECT_EQ(found(R"(["A", "!=", "x"], ["A", "!=", "y"])"), always);
+    EXPECT_EQ(found(R"(["A", "==", "x"], ["A", "!=", "x"])"), always);
+    EXPECT_EQ(found(R"(["A", "!=", 1], ["B", "!=", 2], ["A", "==", 1])"), always);
+    EXPECT_EQ(found(R"(["A", "!=", "x"], ["B", "!=", "y"])"), QStringList());
+    EXPECT_EQ(found(R"(["A", "!=", "x"], ["A", "!=", "x"])"), QStringList());
+    EXPECT_EQ(found(R"(["A", "!=", "x"], ["A", "==", "y"])"), QStringList());
+    EXPECT_EQ(found(R"(["A", "==", "x"], ["A", "==", "y"])"), QStringList());
+    EXPECT_EQ(found(R"(["A", "<", "x"], ["A", "!=", "y"])"), QStringList{"unknown-comparator"});
+}
+
+TEST(RowFindings, point_at_what_stands_behind_a_column)
+{
+    const auto found = [](const QString& target) {
+        return codesOf(inCommand("CommandSetUnitByConfigurationParameterArray",
+                                 "[\"A\", \"" + target + "\"]"));
+    };
+    EXPECT_EQ(
+        told(inCommand("CommandSetUnitByConfigurationParameterArray", R"(["A", "L[1]/Max"])")),
+        QStringList{"2:60+4 ignored-text"});
+    EXPECT_EQ(found("L[1]"), QStringList());
+    EXPECT_EQ(found("L[0]/M[1]"), QStringList()) << "brackets in the URL";
+    EXPECT_EQ(found("L[x]/Max"), QStringList{"invalid-column"});
+}

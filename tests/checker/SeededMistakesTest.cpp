@@ -59,6 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                          "unknown-target-url"},
                     Slip{"dependency/process-units.json", "ConditionWriteOnUrls",
                          "ConditionWriteOnUrl", 7, "unknown-condition"},
+                    Slip{"dependency/process-units.json", "m/min", "m/mn", 46, "unknown-unit"},
                     Slip{"dependency/recorder-card.json", "\"SwitchNode\"", "\"switchNode\"", 4,
                          "unknown-node-type"},
                     Slip{"dependency/zone-inputs.json", "Inputs/", "Input/", 12,

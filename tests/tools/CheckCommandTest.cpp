@@ -5,8 +5,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QSet>
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace {
 
@@ -56,6 +59,7 @@ TEST_F(Check, finds_nothing_in_a_workspace_without_mistakes)
 {
     const TestWorkspace generated;
     writeLargeWorkspace(generated, {200, 10, 100});
+    generated.write(QStringLiteral("units.json"), R"({ "old": null, "new": "2 old" })");
     const Result result =
         run(generated, check({QStringLiteral("--fail-on"), QStringLiteral("note")}));
     EXPECT_EQ(result.exitCode, 0);
@@ -81,6 +85,15 @@ TEST_F(Check, fails_on_the_severity_that_is_asked_for)
     workspace.write(QStringLiteral("dependency/units.json"), note.toUtf8());
     EXPECT_EQ(exitCode("warning"), 0);
     EXPECT_EQ(exitCode("note"), 1);
+}
+
+TEST_F(Check, tells_what_is_wrong_with_the_units_of_the_workspace)
+{
+    workspace.write(QStringLiteral("units.json"), "{\n  \"box\": \"24 pcs\"\n}\n");
+    const Result result = run(workspace, check());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.contains(QLatin1String("error: units.json:2:10 [bad-unit]")))
+        << result.out.toStdString();
 }
 
 TEST_F(Check, takes_a_file_a_name_or_a_file_of_no_workspace)
@@ -183,6 +196,47 @@ TEST_F(Check, writes_sarif_as_its_readers_want_it)
         EXPECT_GT(region[QStringLiteral("endColumn")].toInt(),
                   region[QStringLiteral("startColumn")].toInt());
     }
+}
+
+/// Readers refuse members that SARIF 2.1.0 does not have: it lists those of each object.
+TEST_F(Check, writes_no_member_that_sarif_does_not_have)
+{
+    const QMap<QString, QString> known{
+        {{}, QStringLiteral("$schema version runs")},
+        {QStringLiteral("runs"), QStringLiteral("columnKind results tool")},
+        {QStringLiteral("tool"), QStringLiteral("driver")},
+        {QStringLiteral("driver"), QStringLiteral("informationUri name rules version")},
+        {QStringLiteral("rules"), QStringLiteral("defaultConfiguration fullDescription help "
+                                                 "helpUri id shortDescription")},
+        {QStringLiteral("defaultConfiguration"), QStringLiteral("level")},
+        {QStringLiteral("fullDescription"), QStringLiteral("markdown text")},
+        {QStringLiteral("shortDescription"), QStringLiteral("markdown text")},
+        {QStringLiteral("help"), QStringLiteral("markdown text")},
+        {QStringLiteral("results"), QStringLiteral("level locations message ruleId ruleIndex")},
+        {QStringLiteral("message"), QStringLiteral("markdown text")},
+        {QStringLiteral("locations"), QStringLiteral("logicalLocations physicalLocation")},
+        {QStringLiteral("logicalLocations"), QStringLiteral("fullyQualifiedName")},
+        {QStringLiteral("physicalLocation"), QStringLiteral("artifactLocation region")},
+        {QStringLiteral("artifactLocation"), QStringLiteral("uri")},
+        {QStringLiteral("region"), QStringLiteral("endColumn endLine startColumn startLine")},
+    };
+    QSet<QString> met;
+    const std::function<void(const QString&, const QJsonValue&)> visit =
+        [&](const QString& name, const QJsonValue& value) {
+            for (const QJsonValue element : value.toArray()) {
+                visit(name, element);
+            }
+            const QJsonObject object = value.toObject();
+            const QStringList members = known.value(name).split(QLatin1Char(' '));
+            for (auto member = object.begin(); member != object.end(); ++member) {
+                EXPECT_TRUE(members.contains(member.key()))
+                    << name.toStdString() << " has " << member.key().toStdString();
+                met.insert(name);
+                visit(member.key(), member.value());
+            }
+        };
+    visit({}, run(workspace, check({QStringLiteral("--format"), QStringLiteral("sarif")})).json());
+    EXPECT_EQ(met.size(), known.size());
 }
 
 TEST_F(Check, explains_a_code)

@@ -121,6 +121,12 @@ bool CheckCommand::checkAll(Console& console)
     console.report(problems);
     WorkspaceCheck check(*workspace);
     isRead = add(check.checkLinks(), {}, console) && isRead;
+    QList<Problem> unitProblems;
+    if (const auto units = check.checkUnits(unitProblems)) {
+        files.append(*units);
+    }
+    isRead = unitProblems.isEmpty() && isRead;
+    console.report(unitProblems);
     for (const QString& name : workspace->dependencyNames()) {
         QList<Problem> unreadable;
         const CheckedFile file = check.checkDescription(name, unreadable);
