@@ -1,14 +1,13 @@
 #!/usr/bin/env python3
 """What the page of a graph does in a browser.
 
-usage: graph_page_test.py GRAPH_PAGE
+usage: graph_page_test.py UNITFLOW GRAPH_PAGE EXAMPLE
 
-GRAPH_PAGE is the program that makes the page of a JSON form and a drawing. Those beside this file
-are what "unitflow graph display-units --link controller:display" gives for the example when
-dependency/display-units.json here, which has a few mistakes, takes the place of its own.
+UNITFLOW is the program, GRAPH_PAGE the one that makes the page of a JSON form and a drawing, and
+EXAMPLE the workspace of the example. The description in dependency/ beside this file, which has a
+few mistakes, takes the place of its own.
 """
 
-import copy
 import html
 import json
 import pathlib
@@ -23,19 +22,37 @@ import urllib.parse
 
 from webdriver import Browser, Keys
 
-MAKER = sys.argv.pop(1)
+EXAMPLE = pathlib.Path(sys.argv.pop(3))
+MAKER = sys.argv.pop(2)
+PROGRAM = sys.argv.pop(1)
 HERE = pathlib.Path(__file__).parent
-GRAPH = json.loads((HERE / "display-units.json").read_text())
-DRAWING = (HERE / "display-units.svg").read_text()
+
+
+def run(workspace, *arguments):
+    command = [PROGRAM, "--quiet", "-C", workspace, *arguments]
+    done = subprocess.run(command, check=True, stdout=subprocess.PIPE)
+    return done.stdout.decode()
+
+
+def graph_of_the_example():
+    """The graph as data, the same with a write laid over it, and the drawings of both."""
+    with tempfile.TemporaryDirectory(prefix="unitflow-page-") as folder:
+        workspace = pathlib.Path(folder) / "workspace"
+        shutil.copytree(EXAMPLE, workspace)
+        shutil.copytree(HERE / "dependency", workspace / "dependency", dirs_exist_ok=True)
+        trace = pathlib.Path(folder) / "write.ndjson"
+        trace.write_text(run(workspace, "explain", "controller", "Settings/OperatingMode",
+                             "calibration", "--json"))
+        graph = ("graph", "display-units", "--link", "controller:display")
+        for options in ((), ("--trace", trace)):
+            yield json.loads(run(workspace, *graph, *options, "--format", "json"))
+            yield run(workspace, *graph, *options, "--format", "svg")
+
+
+GRAPH, DRAWING, TRACED, TRACED_DRAWING = graph_of_the_example()
 NODES = {node["id"]: node for node in GRAPH["nodes"]}
 
 HOSTILE = "</script><img src=x onerror=pwned=1>\"'&amp;{{script}}"
-
-TRACE = {
-    "url": "Settings/OperatingMode", "value": "calibration",
-    "nodes": ["n1", "n2", "n4"], "edges": ["e1", "e3"],
-    "rows": [{"node": "n4", "command": 0, "row": 1, "outcome": "changed", "target": "Fields/Preheat"},
-             {"node": "n4", "command": 1, "row": 3, "outcome": "failed", "target": "Fields/Airflow"}]}
 
 LIT = "return [...document.querySelectorAll('svg .lit[role=button]')].map(group => group.id).sort()"
 
@@ -375,11 +392,13 @@ class GraphPage(unittest.TestCase):
         self.browser.until("return document.getElementById('pick-status').textContent === 'not watched'")
 
     def test_an_explained_write_is_lit_from_the_beginning(self):
-        started = re.sub(rf'id="{entries()[TRACE["url"]]}" class="', r"\g<0>ran ", DRAWING)
-        self.open(graph={**copy.deepcopy(GRAPH), "trace": TRACE}, drawing=started)
-        self.assertEqual(self.browser.run(LIT), sorted([*TRACE["nodes"], *TRACE["edges"], entries()[TRACE["url"]]]))
+        trace = TRACED["trace"]
+        self.open(graph=TRACED, drawing=TRACED_DRAWING)
+        self.assertEqual(self.browser.run(LIT),
+                         sorted([*trace["nodes"], *trace["edges"], entries()[trace["url"]],
+                                 *re.findall(r'id="(w\d+)" class="node entry every', DRAWING)]))
         self.assertIn("was written with calibration", self.panel())
-        self.assertIn("CommandSetUnitProperties, row 3: failed Fields/Airflow", self.panel())
+        self.assertIn("CommandSetUnitProperties, row 3: no-target Fields/Airflow", self.panel())
         self.browser.click("#pick-clear")
         self.browser.until("return !document.querySelector('.lit')")
         self.browser.back()
