@@ -398,7 +398,7 @@ class GraphPage(unittest.TestCase):
                          sorted([*trace["nodes"], *trace["edges"], entries()[trace["url"]],
                                  *re.findall(r'id="(w\d+)" class="node entry every', DRAWING)]))
         self.assertIn("was written with calibration", self.panel())
-        self.assertIn("CommandSetUnitProperties, row 3: no-target Fields/Airflow", self.panel())
+        self.assertIn("CommandSetUnitProperties, row 3: skips Fields/Airflow: the target has no such leaf", self.panel())
         self.browser.click("#pick-clear")
         self.browser.until("return !document.querySelector('.lit')")
         self.browser.back()

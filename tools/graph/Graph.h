@@ -102,6 +102,7 @@ struct GraphTrace {
         int number = 0;  ///< as rows are numbered
         TraversalObserver::RowOutcome outcome{};
         QString target;
+        QString words; ///< what became of it, as people are told
     };
 
     QString url;

@@ -168,6 +168,7 @@ private:
                                 json.add(QStringLiteral("row"), row.number);
                                 json.add(QStringLiteral("outcome"), nameOf(row.outcome));
                                 json.add(QStringLiteral("target"), row.target);
+                                json.add(QStringLiteral("text"), row.words);
                             });
         });
     }

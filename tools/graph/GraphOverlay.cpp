@@ -1,5 +1,7 @@
 #include "tools/graph/GraphOverlay.h"
 
+#include "tools/explain/TraceWords.h"
+
 #include <algorithm>
 
 namespace tools {
@@ -63,8 +65,10 @@ private:
                     return table.type->name == run.command.type;
                 });
             row->ran = true;
+            const QString words = wordsFor(told, run.command.type,
+                                           {row->number, row->cells, row->place}, graph.trace->url);
             graph.trace->rows.append({number, static_cast<int>(command - commands.begin()),
-                                      row->number, told.outcome, told.targetUrl});
+                                      row->number, told.outcome, told.targetUrl, words});
         }
     }
 

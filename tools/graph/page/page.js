@@ -607,8 +607,7 @@
         const rows = (graph.trace?.rows ?? []).filter(row => !only || row.node === only);
         return rows.map(row => [
             ...only ? [] : [nodeLink(row.node), ": "],
-            `${things.get(row.node).node.commands[row.command]?.type ?? "command"}, row ${row.row}: ${row.outcome} `,
-            ...row.target ? [code(row.target)] : []]);
+            `${things.get(row.node).node.commands[row.command]?.type ?? "command"}, row ${row.row}: ${row.text}`]);
     }
 
     function nodePanel({ node, into, outOf }, { light }) {
