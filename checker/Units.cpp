@@ -31,6 +31,63 @@ const QStringList& commonUnits()
     return units;
 }
 
+/// A unit by others.
+struct Definition {
+    const char* name;
+    const char* definition; ///< empty for a kind of its own
+};
+
+/// What plants write on their displays, and UDUNITS-2 does not know or takes for something else:
+/// mph for a thousandth of a phot, gal for an acceleration, dpt for a dry pint.
+constexpr std::array<Definition, 46> fieldUnits{{
+    {"Wh", "W h"},
+    {"Ah", "A h"},
+    {"var", "V A"},
+    {"PS", "735.49875 W"},
+    {"Nm", "N m"},
+    {"kp", "kgf"},
+    {"kip", "1000 lbf"},
+    {"rev", "revolution"},
+    {"rev/min", "revolution/min"},
+    {"U/min", "revolution/min"},
+    {"r/min", "revolution/min"},
+    {"min⁻¹", "1/min"},
+    {"s⁻¹", "1/s"},
+    {"deg", "degree"},
+    {"dpt", "1/m"},
+    {"mph", "mile/hour"},
+    {"kn", "knot"},
+    {"gal", "gallon"},
+    {"gal/min", "gallon/min"},
+    {"gal/h", "gallon/hour"},
+    {"gpm", "gallon/min"},
+    {"gph", "gallon/hour"},
+    {"cfm", "ft3/min"},
+    {"cfh", "ft3/hour"},
+    {"sccm", "cm3/min"},
+    {"slm", "l/min"},
+    {"Nm³", "m3"},
+    {"Nm³/h", "m3/h"},
+    {"Nl", "l"},
+    {"Nl/min", "l/min"},
+    {"barg", "bar"},
+    {"bara", "bar"},
+    {"psig", "psi"},
+    {"psia", "psi"},
+    {"mWS", "9806.65 Pa"},
+    {"mmWS", "9.80665 Pa"},
+    {"mmH2O", "9.80665 Pa"},
+    {"inH2O", "249.08891 Pa"},
+    {"cP", "0.01 poise"},
+    {"mPas", "mPa s"},
+    {"B", "byte"},
+    {"‰", "0.001"},
+    {"%RH", "%"},
+    {"vol%", "%"},
+    {"dB", ""},
+    {"pH", ""},
+}};
+
 /// A kind of what is measured, by a unit for it.
 struct Kind {
     const char* unit;
@@ -74,7 +131,7 @@ constexpr std::array<Kind, 32> kinds{{
 
 QString definitionShape()
 {
-    return QStringLiteral(R"(an entry is "pcs": null for a kind of its own, or "kWh": "kW h" )"
+    return QStringLiteral(R"(an entry is "pcs": null for a kind of its own, or "box": "24 pcs" )"
                           R"(in terms of units that are known or stand above it)");
 }
 
@@ -144,7 +201,12 @@ std::unique_ptr<Units> Units::load(QList<Problem>& problems)
                                         "variable UDUNITS2_XML_PATH name their file")});
         return nullptr;
     }
-    return std::unique_ptr<Units>(new Units(system));
+    std::unique_ptr<Units> units(new Units(system));
+    for (const Definition& unit : fieldUnits) {
+        const QString name = QString::fromUtf8(unit.name);
+        units->enter(name, units->define(name, QString::fromUtf8(unit.definition)));
+    }
+    return units;
 }
 
 void Units::add(const JsonText& text, QList<Problem>& problems)
@@ -195,7 +257,7 @@ void Units::enter(const QString& name, const Unit& unit)
     ut_unmap_symbol_to_unit(system.get(), bytes.constData(), UT_UTF8);
     ut_map_symbol_to_unit(bytes.constData(), UT_UTF8, unit.get());
     units.insert(name, unit);
-    ownNames.append(name);
+    addedNames.append(name);
 }
 
 Units::Unit Units::parse(const QString& text) const
@@ -244,7 +306,7 @@ QString Units::nearest(const QString& text)
     if (isKnown(trimmed)) {
         return trimmed;
     }
-    QStringList candidates = ownNames;
+    QStringList candidates = addedNames;
     for (const QString& unit : commonUnits()) {
         if (isKnown(unit)) {
             candidates.append(unit);

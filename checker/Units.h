@@ -17,7 +17,8 @@ union ut_unit;
 
 namespace checker {
 
-/// The units that there are: those that UDUNITS-2 knows, and a workspace's own.
+/// The units that there are: those that UDUNITS-2 knows, some that plants write besides, and a
+/// workspace's own.
 ///
 /// A text is a unit as it stands, character by character: with a blank in front it is none. A
 /// number alone is none either, except 1: it is the value of the wrong leaf. Each text is parsed
@@ -33,7 +34,7 @@ public:
     Units& operator=(const Units&) = delete;
 
     /// Adds the units of a text like that of `units.json`, from top to bottom: a definition may
-    /// name those above it. An own unit comes before one of UDUNITS-2 that has the same name.
+    /// name those above it. An own unit comes before any other of the same name.
     /// Entries with a problem are left out.
     void add(const filehost::json::JsonText& text, QList<filehost::Problem>& problems);
 
@@ -66,8 +67,8 @@ private:
     void enter(const QString& name, const Unit& unit);
 
     std::unique_ptr<ut_system, FreeSystem> system;
-    QStringList ownNames;
-    QHash<QString, Unit> units; ///< the own ones, and those that were asked for
+    QStringList addedNames;     ///< to what UDUNITS-2 knows
+    QHash<QString, Unit> units; ///< those that were added, and those that were asked for
 };
 
 } // namespace checker

@@ -80,6 +80,31 @@ TEST(Units, are_converted_within_one_kind_only)
     EXPECT_FALSE(units->areConvertible("%", "m"));
 }
 
+TEST(Units, are_what_plants_take_them_for)
+{
+    const auto units = unitsWith("{}");
+    const QList<QPair<QString, QString>> pairs{
+        {"kWh", "MJ"},      {"mAh", "C"},       {"kvar", "kW"},     {"PS", "hp"},
+        {"Nm", "N m"},      {"kp", "N"},        {"kip", "lbf"},     {"rev", "°"},
+        {"rev/min", "rpm"}, {"U/min", "1/min"}, {"r/min", "Hz"},    {"min⁻¹", "Hz"},
+        {"s⁻¹", "Hz"},      {"deg", "°"},       {"dpt", "1/m"},     {"mph", "km/h"},
+        {"kn", "m/s"},      {"gal", "l"},       {"gal/min", "gpm"}, {"gal/h", "gph"},
+        {"gpm", "m³/h"},    {"cfm", "m³/h"},    {"cfh", "ft³/h"},   {"sccm", "slm"},
+        {"Nm³", "m³"},      {"Nm³/h", "l/min"}, {"Nl", "l"},        {"Nl/min", "l/min"},
+        {"mbarg", "Pa"},    {"bara", "psia"},   {"psig", "bar"},    {"mWS", "mbar"},
+        {"mmWS", "Pa"},     {"mmH2O", "inH2O"}, {"cP", "mPa.s"},    {"mPas", "Pa.s"},
+        {"kB", "bit"},      {"‰", "%"},         {"%RH", "%"},       {"vol%", "ppm"},
+        {"dB", "dB"},       {"pH", "pH"}};
+    for (const auto& [left, right] : pairs) {
+        ASSERT_TRUE(units->isKnown(left)) << left.toStdString();
+        ASSERT_TRUE(units->isKnown(right)) << right.toStdString();
+        EXPECT_TRUE(units->areConvertible(left, right)) << left.toStdString();
+    }
+    EXPECT_FALSE(units->areConvertible("dB", "%"));
+    EXPECT_FALSE(units->areConvertible("pH", "H"));
+    EXPECT_FALSE(units->areConvertible("pH", "dB"));
+}
+
 TEST(Units, are_of_a_kind_that_has_a_name_where_people_have_one)
 {
     const auto units = unitsWith(R"({ "pcs": null })");
@@ -104,24 +129,23 @@ TEST(Units, that_are_nearly_written_are_offered)
 TEST(OwnUnits, are_of_a_kind_of_their_own_or_of_that_of_their_definition)
 {
     const auto units = unitsWith(R"({
-        "@comment": "Counted.", "pcs": null, "rev": "", "box": "24 pcs", "kWh": "kW h", "rpm": "rev/min"
+        "@comment": "Counted.", "pcs": null, "lot": "", "box": "24 pcs", "shift": "8 h", "rpm": "lot/min"
     })");
     EXPECT_TRUE(units->areConvertible("box", "pcs"));
     EXPECT_TRUE(units->areConvertible("box/h", "pcs/min"));
-    EXPECT_TRUE(units->areConvertible("kWh", "J"));
-    EXPECT_FALSE(units->areConvertible("pcs", "rev"));
+    EXPECT_TRUE(units->areConvertible("shift", "s"));
+    EXPECT_FALSE(units->areConvertible("pcs", "lot"));
     EXPECT_FALSE(units->areConvertible("pcs", "1"));
     EXPECT_FALSE(units->isKnown("@comment"));
 }
 
 TEST(OwnUnits, come_before_those_of_the_same_name)
 {
-    const auto units = unitsWith(R"({ "C": "°C", "pH": null, "METER": "s", "Nm³/h": "m³/h" })");
+    const auto units = unitsWith(R"({ "C": "°C", "METER": "s", "Nm³/h": "kg/h" })");
     EXPECT_TRUE(units->areConvertible("C", "K"));
     EXPECT_TRUE(units->areConvertible("C/min", "K/s"));
-    EXPECT_FALSE(units->areConvertible("pH", "H"));
     EXPECT_TRUE(units->areConvertible("METER", "s"));
-    EXPECT_TRUE(units->areConvertible("Nm³/h", "l/min"));
+    EXPECT_TRUE(units->areConvertible("Nm³/h", "g/s"));
 }
 
 TEST(OwnUnits, are_left_out_where_they_are_wrong)
