@@ -96,13 +96,13 @@ void GraphChecker::checkSuccessors(const Node& node)
         return;
     }
     if (node.successors.size() > 1) {
-        findings.add(Code::SeveralSuccessors, places.keyAt(node.next),
-                     QStringLiteral("the command node %1 has %2 successors and follows none of "
-                                    "them")
-                         .arg(quoted(text.key(node.member)))
-                         .arg(node.successors.size()),
-                     QStringLiteral("put a switch node between: it follows each edge that its "
-                                    "conditions allow"));
+        findings.add(
+            Code::SeveralSuccessors, places.keyAt(node.next),
+            QStringLiteral("the command node %1 has %2 successors and follows none of "
+                           "them")
+                .arg(quoted(text.key(node.member)), QString::number(node.successors.size())),
+            QStringLiteral("put a switch node between: it follows each edge that its "
+                           "conditions allow"));
         return;
     }
     for (const Node& successor : node.successors) {
@@ -248,8 +248,8 @@ void GraphChecker::checkRunsTwice(const Node& node)
         findings.add(Code::RunsTwice, places.valueAt(watches.patterns[number].cell),
                      QStringLiteral("the top-level node %1 also watches %2 in line %3, which this "
                                     "pattern matches; a write there runs it twice")
-                         .arg(quoted(text.key(node.member)), quoted(url.text))
-                         .arg(places.valueAt(url.cell).line),
+                         .arg(quoted(text.key(node.member)), quoted(url.text),
+                              QString::number(places.valueAt(url.cell).line)),
                      QStringLiteral("let the pattern not match it, or remove the URL where it need "
                                     "not be run without a write"));
     }

@@ -289,8 +289,7 @@ QList<Target> LinkChecker::filledTarget(Index cell)
         add(Code::UnfilledPlace, cell,
             QStringLiteral("%1 is only filled by a link with exactly two parameters, and this one "
                            "has %2; the URL is taken as it is written")
-                .arg(quoted(place))
-                .arg(link.parameters.size()),
+                .arg(quoted(place), QString::number(link.parameters.size())),
             [] {
                 return QStringLiteral("give the link in links.json two parameters, each a text "
                                       "or a number");
@@ -388,9 +387,8 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
         add(Code::ColumnOutOfRange, cell,
             QStringLiteral("%1 has %2 columns, so there is no column %3; the engine ends the "
                            "process when it writes there")
-                .arg(name)
-                .arg(columns.toList().size())
-                .arg(column.column),
+                .arg(name, QString::number(columns.toList().size()),
+                     QString::number(column.column)),
             [&] {
                 return QStringLiteral("the columns are 0 to %1").arg(columns.toList().size() - 1);
             });
@@ -454,9 +452,10 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
         return;
     }
     const bool hasColumn = row.cell(table, CellRole::TargetColumn) != JsonText::none;
-    const QString leaf = hasColumn ? QStringLiteral("%1[%2]").arg(set.url).arg(
-                                         readColumnTarget(textOf(places, cell)).column)
-                                   : set.url;
+    const QString leaf =
+        hasColumn ? QStringLiteral("%1[%2]").arg(
+                        set.url, QString::number(readColumnTarget(textOf(places, cell)).column))
+                  : set.url;
     for (auto known = settings.constFind(leaf); known != settings.cend() && known.key() == leaf;
          ++known) {
         const bool isSameWrite = known->writtenUrl.isEmpty() || set.writtenUrl.isEmpty() ||
@@ -465,9 +464,8 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
             add(Code::ConflictingUnits, cell,
                 QStringLiteral("this row sets the unit of %1 to %2, after line %3 set it to %4 in "
                                "the same write; the last one counts")
-                    .arg(quoted(leaf), unit)
-                    .arg(places.valueAt(known->cell).line)
-                    .arg(known->unit),
+                    .arg(quoted(leaf), unit, QString::number(places.valueAt(known->cell).line),
+                         known->unit),
                 [] {
                     return QStringLiteral("remove one of the two rows, or put them behind "
                                           "different conditions");

@@ -193,9 +193,9 @@ void UnitObserver::commandRowExecuted(const CommandRow& row)
     }
     const Setting setting{entered.back(), &command->type->table,
                           &command->rows[static_cast<std::size_t>(row.row)], unit};
-    const QString leaf = row.column < 0
-                             ? row.targetUrl
-                             : QStringLiteral("%1[%2]").arg(row.targetUrl).arg(row.column);
+    const QString leaf =
+        row.column < 0 ? row.targetUrl
+                       : QStringLiteral("%1[%2]").arg(row.targetUrl, QString::number(row.column));
     checkConflict(setting, leaf);
     settings.insert(leaf, setting);
     // A row that runs for every write mostly does the same.
@@ -286,9 +286,9 @@ void UnitObserver::checkConflict(const Setting& setting, const QString& leaf)
                      .arg(quoted(leaf), quoted(setting.unit),
                           writtenUrl.isEmpty()
                               ? QStringLiteral("whatever is written")
-                              : QStringLiteral("when %1 is written").arg(quoted(writtenUrl)))
-                     .arg(places.valueAt(earlier->targetCell()).line)
-                     .arg(quoted(earlier->unit)),
+                              : QStringLiteral("when %1 is written").arg(quoted(writtenUrl)),
+                          QString::number(places.valueAt(earlier->targetCell()).line),
+                          quoted(earlier->unit)),
                  [] {
                      return QStringLiteral("remove one of the two rows, or put them behind "
                                            "conditions that exclude each other");

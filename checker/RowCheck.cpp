@@ -238,9 +238,8 @@ void RowChecker::reportSlow(Index cell, const QString& text)
             Code::SlowPattern, places.valueAt(cell),
             QStringLiteral("matching %1, of %2 characters, takes more than %3 steps; a write at "
                            "such a URL takes long, and may find no match in the end")
-                .arg(quoted(shortened(*slow)))
-                .arg(slow->size())
-                .arg(stepLimit),
+                .arg(quoted(shortened(*slow)), QString::number(slow->size()),
+                     QString::number(stepLimit)),
             QStringLiteral("let each character belong to one repetition only: \"[^/]+\" instead of "
                            "\"(.+)+\", and a fixed text between two repetitions"));
     }

@@ -73,6 +73,22 @@ TEST(LinkFindings, resolve_prefixes_and_parameters)
     EXPECT_EQ(told(inCommand(type, places, R"(["A", []])")), QStringList{"2:23+7 unfilled-place"});
 }
 
+TEST(LinkFindings, tell_of_places_for_parameters_as_they_are_written)
+{
+    const QString type = "CommandSetUnitByConfigurationParameter";
+    const QList<Finding> first = inCommand(type, R"(["Settings/Unit", "", "A/%1"])", R"(["A"])");
+    ASSERT_EQ(told(first), QStringList{"2:23+6 unfilled-place"});
+    EXPECT_TRUE(first.first().message.startsWith("\"%1\" is only filled by a link with exactly two "
+                                                 "parameters, and this one has 1;"))
+        << first.first().message.toStdString();
+    const QList<Finding> second =
+        inCommand(type, R"(["Settings/Unit", "", "A/%2"])", R"(["A", "B", "C"])");
+    ASSERT_EQ(told(second), QStringList{"2:23+6 unfilled-place"});
+    EXPECT_TRUE(second.first().message.startsWith("\"%2\" is only filled by a link with exactly "
+                                                  "two parameters, and this one has 3;"))
+        << second.first().message.toStdString();
+}
+
 TEST(LinkFindings, resolve_groups_for_each_leaf_that_a_pattern_matches)
 {
     const QString type = "CommandSetUnitPropertiesRegExp";

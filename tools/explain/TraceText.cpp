@@ -285,8 +285,9 @@ QString TraceText::nearestTarget(const TraversalObserver::CommandRow& told) cons
 QString TraceText::placeOr(const QString& place, const QString& type,
                            const DescriptionFile::Row& row) const
 {
-    return place.isEmpty() ? QStringLiteral("%1, row %2").arg(printable(type)).arg(row.number)
-                           : place;
+    return place.isEmpty()
+               ? QStringLiteral("%1, row %2").arg(printable(type), QString::number(row.number))
+               : place;
 }
 
 } // namespace tools

@@ -42,9 +42,9 @@ QString targetOf(const TraversalObserver::CommandRow& told, const QString& type,
     if (told.targetUrl.isEmpty()) {
         return QStringLiteral("a row");
     }
-    return told.column < 0
-               ? printable(told.targetUrl)
-               : QStringLiteral("%1[%2]").arg(printable(told.targetUrl)).arg(told.column);
+    return told.column < 0 ? printable(told.targetUrl)
+                           : QStringLiteral("%1[%2]").arg(printable(told.targetUrl),
+                                                          QString::number(told.column));
 }
 
 /// Where a row takes its unit from: its own cell, or the written URL. Empty when that is not known.
@@ -76,7 +76,8 @@ QString reasonToSkip(const TraversalObserver::CommandRow& told, const QString& t
     const QString unit = shortValueText(told.unit);
     switch (told.outcome) {
     case RowOutcome::Refused:
-        return QStringLiteral("the host refuses %1 (status %2)").arg(unit).arg(told.status);
+        return QStringLiteral("the host refuses %1 (status %2)")
+            .arg(unit, QString::number(told.status));
     case RowOutcome::NoTarget:
         return QStringLiteral("the target has no such leaf");
     case RowOutcome::NoTargetUrl:

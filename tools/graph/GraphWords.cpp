@@ -226,11 +226,11 @@ QStringList nodeTooltip(const GraphNode& node)
     }
     for (const checker::Finding& finding : node.findings) {
         const checker::CodeDescription& code = checker::describe(finding.code);
-        lines.append(printable(QStringLiteral("%1 %2:%3 [%4] %5; %6")
-                                   .arg(checker::nameOf(code.severity))
-                                   .arg(finding.place.line)
-                                   .arg(finding.place.column)
-                                   .arg(code.name, finding.message, finding.advice)));
+        lines.append(
+            printable(QStringLiteral("%1 %2:%3 [%4] %5; %6")
+                          .arg(checker::nameOf(code.severity), QString::number(finding.place.line),
+                               QString::number(finding.place.column), code.name, finding.message,
+                               finding.advice)));
     }
     return lines;
 }

@@ -126,9 +126,9 @@ QString urlsText(const ReachingRow& row, const QString& source)
         urls.append(url.isEmpty() ? QStringLiteral("no write (unitflow resolve)") : printable(url));
     }
     const int more = row.urls.size() - urls.size();
-    return more == 0
-               ? urls.join(QStringLiteral(", "))
-               : QStringLiteral("%1 and %2 more").arg(urls.join(QStringLiteral(", "))).arg(more);
+    return more == 0 ? urls.join(QStringLiteral(", "))
+                     : QStringLiteral("%1 and %2 more")
+                           .arg(urls.join(QStringLiteral(", ")), QString::number(more));
 }
 
 /// Why a row does not set the unit of the leaf.
@@ -361,9 +361,8 @@ QString WhyCommand::rowText(const ReachingRow& row) const
     const Link& link = links.at(row.id.link);
     QString text =
         QStringLiteral("  %1:%2:%3\n")
-            .arg(printable(written.file))
-            .arg(written.place.line)
-            .arg(written.place.column) +
+            .arg(printable(written.file), QString::number(written.place.line),
+                 QString::number(written.place.column)) +
         lineOf(QStringLiteral("row"), cellsText(written.cells)) +
         lineOf(QStringLiteral("of"), printable(row.id.command)) +
         lineOf(QStringLiteral("in"), printable(row.id.nodes.join(QStringLiteral("->")))) +
@@ -432,9 +431,8 @@ QString WhyCommand::decisionText(const Decision& decision) const
     const QString column =
         decision.column < 0 ? QString() : QStringLiteral("column %1: ").arg(decision.column);
     return wrapped(column + QStringLiteral("%1, last set by %2:%3:%4")
-                                .arg(change, printable(row.file))
-                                .arg(row.place.line)
-                                .arg(row.place.column),
+                                .arg(change, printable(row.file), QString::number(row.place.line),
+                                     QString::number(row.place.column)),
                    lineWidth, 2);
 }
 

@@ -117,7 +117,8 @@ struct Row {
 /// A column is named as descriptions name it, by its index, and as people do.
 QString placeOf(const LeafChange& change, const ColumnChange& column)
 {
-    const QString place = QStringLiteral("%1[%2]").arg(printable(change.url)).arg(column.index);
+    const QString place =
+        QStringLiteral("%1[%2]").arg(printable(change.url), QString::number(column.index));
     return column.name.isEmpty() ? place : place + QLatin1Char(' ') + printable(column.name);
 }
 

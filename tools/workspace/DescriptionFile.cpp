@@ -117,9 +117,8 @@ QString DescriptionFile::placeOfWatched(const QString& topLevelNode, const QStri
 QString DescriptionFile::shown(const std::optional<DescriptionPlaces::Place>& place) const
 {
     return place ? QStringLiteral("%1:%2:%3")
-                       .arg(places->text().file())
-                       .arg(place->line)
-                       .arg(place->column)
+                       .arg(places->text().file(), QString::number(place->line),
+                            QString::number(place->column))
                  : QString();
 }
 
