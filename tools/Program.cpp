@@ -30,17 +30,6 @@ namespace tools {
 
 namespace {
 
-const char* const examples =
-    R"(Exit code: 0 if all is done, 1 if something did not resolve or mistakes were
-found, 2 after wrong usage or an input or output error. Colors are for terminals
-only, and not if NO_COLOR is set.
-
-Examples:
-  unitflow init my-line
-  unitflow -C my-line show controller
-  unitflow -C my-line set controller Settings/TemperatureUnit °F --dry-run
-  unitflow set --help)";
-
 const char* const optionsOfAll = R"(
 
 The options -C DIR, --json and --quiet go with every command: "unitflow --help".)";
@@ -80,7 +69,16 @@ void declare(CLI::App& program, GlobalArguments& arguments)
     program.add_flag("--quiet", arguments.quiet, "Write errors and warnings only");
     program.set_version_flag("--version", "unitflow " UNITFLOW_VERSION, "Show the version");
     program.require_subcommand(1);
-    program.footer(examples);
+    program.footer(
+        R"(Exit code: 0 if all is done, 1 if something did not resolve or mistakes were
+found, 2 after wrong usage or an input or output error. Colors are for terminals
+only, and not if NO_COLOR is set.
+
+Examples:
+  unitflow init my-line
+  unitflow -C my-line show controller
+  unitflow -C my-line set controller Settings/TemperatureUnit °F --dry-run
+  unitflow set --help)");
 }
 
 QString nameOf(const CLI::App& command)

@@ -7,6 +7,7 @@ A fenced block whose info string has a second word is a claim:
     ```console demo              the demo prints these lines, in this order, without a gap
     ```console oven-line         typed one after the other in a copy of examples/oven-line, the
                                  commands behind "$ " print the lines that follow them
+    ```mermaid display-units     the picture that the program makes of this description of it
 
 Relative links have to lead to a file, and to a heading where they name one.
 
@@ -90,6 +91,9 @@ def check_claims(text, root, demo, environment):
                 yield line, check_session(content, workspace, environment)
             elif language == "console" and claim == "demo":
                 yield line, check_part(content, demo, "what the demo prints")
+            elif language == "mermaid":
+                drawing = f"$ unitflow graph {claim} --format mermaid\n{content}"
+                yield line, check_session(drawing, workspace, environment)
             else:
                 yield line, check_part(content, (root / claim).read_text(encoding="utf-8"), claim)
 

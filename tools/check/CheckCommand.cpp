@@ -24,20 +24,6 @@ using checker::WorkspaceCheck;
 using filehost::Problem;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(Without FILE: every description and link of the workspace. FILE is the path of a
-description, or its name in the workspace. One of the workspace is checked for
-each link that names it, another one by itself.
-
-Exit code: 0 if nothing was found that --fail-on counts, 1 if something was, 2
-if something could not be read.
-
-Examples:
-  unitflow check
-  unitflow check dependency/display-units.json
-  unitflow check --fail-on warning --format github
-  unitflow check --explain unknown-command)";
-
 /// The name of the description that a file is; empty when it is none of the workspace.
 QString descriptionAt(const Workspace& workspace, const QString& path)
 {
@@ -77,7 +63,19 @@ CLI::App* CheckCommand::declare(CLI::App& program)
         ->option_text("FORMAT");
     command->add_option("--explain", code, "Explain a code of a finding, with examples")
         ->option_text("CODE");
-    command->footer(examples);
+    command->footer(
+        R"(Without FILE: every description and link of the workspace. FILE is the path of a
+description, or its name in the workspace. One of the workspace is checked for
+each link that names it, another one by itself.
+
+Exit code: 0 if nothing was found that --fail-on counts, 1 if something was, 2
+if something could not be read.
+
+Examples:
+  unitflow check
+  unitflow check dependency/display-units.json
+  unitflow check --fail-on warning --format github
+  unitflow check --explain unknown-command)");
     return command;
 }
 

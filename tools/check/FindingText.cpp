@@ -20,7 +20,6 @@ namespace {
 using checker::CheckedFile;
 using checker::Finding;
 
-constexpr int lineWidth = 80;
 constexpr int numberWidth = 7;
 constexpr int excerptWidth = lineWidth - numberWidth - 3;
 constexpr int contextWidth = 24; // what is shown in front of a mark far to the right

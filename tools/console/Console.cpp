@@ -12,7 +12,6 @@ namespace tools {
 
 namespace {
 
-constexpr int lineWidth = 80;
 constexpr int widthOfEcho = 2; // of the ^C that a terminal shows where the cursor is
 
 void send(std::ostream& stream, const QString& text)

@@ -11,7 +11,6 @@ namespace tools {
 
 namespace {
 
-constexpr int lineWidth = 80;
 constexpr int leastPlaceColumn = 28;
 constexpr int indentation = 2;
 constexpr int gap = 2;

@@ -6,6 +6,9 @@
 
 namespace tools {
 
+/// The columns of what is written for people, however wide their terminal is.
+constexpr int lineWidth = 80;
+
 /// The columns that `text` takes on a terminal: two for each wide character, none for one that
 /// combines with the one before it or has no shape, one for every other. Code points are counted
 /// one by one; what a font joins into a single sign is not looked for.

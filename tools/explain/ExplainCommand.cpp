@@ -33,19 +33,6 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(Runs the links of INSTANCE as "unitflow set" does, writes nothing, and says what
-each description did and why it did not do more: what holds and what fails, with
-the present and the expected value, which rows are skipped, and what nearly
-matches. VALUE is read as by "unitflow set"; without it, the leaf keeps its own.
-With --json the output is a trace, one event in a line.
-
-Examples:
-  unitflow explain controller Settings/TemperatureUnit °F
-  unitflow explain controller Settings/Mode --all
-  unitflow explain controller Settings/Mode --json > mode.ndjson
-  unitflow explain --trace mode.ndjson)";
-
 trace::Link traced(const Link& link)
 {
     return {link.source, link.target, link.dependency, link.isProcess, link.parameters};
@@ -101,7 +88,18 @@ CLI::App* ExplainCommand::declare(CLI::App& program)
                       "INSTANCE is a process description (links start at\n"
                       "configurations only: nothing follows)");
     command->add_flag("--string", isText, "VALUE is text, whatever it looks like");
-    command->footer(examples);
+    command->footer(
+        R"(Runs the links of INSTANCE as "unitflow set" does, writes nothing, and says what
+each description did and why it did not do more: what holds and what fails, with
+the present and the expected value, which rows are skipped, and what nearly
+matches. VALUE is read as by "unitflow set"; without it, the leaf keeps its own.
+With --json the output is a trace, one event in a line.
+
+Examples:
+  unitflow explain controller Settings/TemperatureUnit °F
+  unitflow explain controller Settings/Mode --all
+  unitflow explain controller Settings/Mode --json > mode.ndjson
+  unitflow explain --trace mode.ndjson)");
     return command;
 }
 

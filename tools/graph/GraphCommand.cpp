@@ -36,25 +36,6 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(Without DESCRIPTION: the only one of the workspace. The text is a line for each
-path through the description. Pictures have what is watched on the left, then
-switch nodes as diamonds and command nodes as boxes with what they set. "~" is
-for patterns, and what no write ever gets to is dashed. Graphviz draws SVG and
-PNG. Without --format the ending of -o says what to write.
-
---link takes a link of the description as SOURCE:TARGET, or the line of
-links.json where it stands, and shows which leaf each row sets there, if it is
-there. --trace takes what "unitflow explain --json" wrote and shows what ran.
-
-Examples:
-  unitflow graph display-units
-  unitflow graph display-units -o display-units.svg
-  unitflow graph display-units --link controller:display -o units.png
-  unitflow graph display-units --html display-units.html
-  unitflow explain controller Settings/FlowUnit --json >flow.ndjson
-  unitflow graph display-units --trace flow.ndjson --format dot)";
-
 /// The formats, each with the endings of files that have it.
 struct Format {
     const char* name;
@@ -114,7 +95,24 @@ CLI::App* GraphCommand::declare(CLI::App& program)
         ->option_text("LINK");
     command->add_option("--trace", traceArgument, "Show what ran in this trace")
         ->option_text("FILE");
-    command->footer(examples);
+    command->footer(
+        R"(Without DESCRIPTION: the only one of the workspace. The text is a line for each
+path through the description. Pictures have what is watched on the left, then
+switch nodes as diamonds and command nodes as boxes with what they set. "~" is
+for patterns, and what no write ever gets to is dashed. Graphviz draws SVG and
+PNG. Without --format the ending of -o says what to write.
+
+--link takes a link of the description as SOURCE:TARGET, or the line of
+links.json where it stands, and shows which leaf each row sets there, if it is
+there. --trace takes what "unitflow explain --json" wrote and shows what ran.
+
+Examples:
+  unitflow graph display-units
+  unitflow graph display-units -o display-units.svg
+  unitflow graph display-units --link controller:display -o units.png
+  unitflow graph display-units --html display-units.html
+  unitflow explain controller Settings/FlowUnit --json >flow.ndjson
+  unitflow graph display-units --trace flow.ndjson --format dot)");
     return command;
 }
 

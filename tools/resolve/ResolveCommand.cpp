@@ -24,17 +24,6 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(Without --url, every URL that the description watches is run. A target is stored
-only if a command succeeded for each URL that was run.
-
-Examples:
-  unitflow resolve controller display display-units
-  unitflow resolve controller oven oven-units --process --parameter Zone1/
-  unitflow resolve controller display display-units --url Settings/Mode
-  unitflow resolve --all --dry-run
-  unitflow resolve --all --jobs 4)";
-
 constexpr int mostJobs = 1024;
 
 /// One job for each core, unless the number is given.
@@ -81,7 +70,16 @@ CLI::App* ResolveCommand::declare(CLI::App& program)
         ->option_text("VALUE")
         ->allow_extra_args(false);
     command->add_flag("--dry-run", isDryRun, "Show what would change, write nothing");
-    command->footer(examples);
+    command->footer(
+        R"(Without --url, every URL that the description watches is run. A target is stored
+only if a command succeeded for each URL that was run.
+
+Examples:
+  unitflow resolve controller display display-units
+  unitflow resolve controller oven oven-units --process --parameter Zone1/
+  unitflow resolve controller display display-units --url Settings/Mode
+  unitflow resolve --all --dry-run
+  unitflow resolve --all --jobs 4)");
     return command;
 }
 

@@ -9,22 +9,18 @@
 
 namespace tools {
 
-namespace {
-
-const char* const examples =
-    R"(Editors read it to check a description while it is written, and to offer what
-may stand there.
-
-Examples:
-  unitflow schema >description.schema.json)";
-
-} // namespace
+namespace {} // namespace
 
 CLI::App* SchemaCommand::declare(CLI::App& program)
 {
     CLI::App* command =
         program.add_subcommand("schema", "Write the JSON Schema of descriptions, for editors");
-    command->footer(examples);
+    command->footer(
+        R"(Editors read it to check a description while it is written, and to offer what
+may stand there.
+
+Examples:
+  unitflow schema >description.schema.json)");
     return command;
 }
 

@@ -21,8 +21,6 @@ namespace {
 using Kind = TypeDescription::Kind;
 using RowFate = TableDescription::RowFate;
 
-constexpr int lineWidth = 80;
-
 const char* const pageStart = R"(# All types of a description
 
 <!-- Written by "unitflow types --markdown"; change the engine or tools/types/Types.cpp instead. -->

@@ -16,14 +16,6 @@ namespace {
 
 using RowFate = TableDescription::RowFate;
 
-const char* const examples =
-    R"(Without TYPE: all types, each with what it does and the rows of its table.
-
-Examples:
-  unitflow types
-  unitflow types CommandSetUnitPropertiesRegExp
-  unitflow types --json)";
-
 QString nameOf(CellRole role)
 {
     switch (role) {
@@ -96,7 +88,13 @@ CLI::App* TypesCommand::declare(CLI::App& program)
     command->add_option("TYPE", nameArgument, "The type to show, with an example")
         ->option_text(" ");
     command->add_flag("--markdown", isMarkdown, "As a page in Markdown, with all examples");
-    command->footer(examples);
+    command->footer(
+        R"(Without TYPE: all types, each with what it does and the rows of its table.
+
+Examples:
+  unitflow types
+  unitflow types CommandSetUnitPropertiesRegExp
+  unitflow types --json)");
     return command;
 }
 

@@ -32,18 +32,7 @@ using filehost::Workspace;
 using Keywords = DependencyWalkerDefinitions;
 using RowOutcome = TraversalObserver::RowOutcome;
 
-constexpr int lineWidth = 80;
 constexpr int mostUrls = 6;
-
-const char* const examples =
-    R"(Lists each row of a description that can set the unit of the leaf, with the
-writes after which it does. A comparison with a value of the source counts as
-one that holds, since values may become any. Then follows what becomes of the
-unit when all links are resolved. Nothing is written.
-
-Examples:
-  unitflow why display Fields/Pressure
-  unitflow why oven Zones/Preheat --process)";
 
 /// From the root of a description to the table of a command.
 QStringList pathTo(const CommandRowId& id)
@@ -186,7 +175,15 @@ CLI::App* WhyCommand::declare(CLI::App& program)
         ->required()
         ->option_text(" ");
     command->add_flag("--process", isProcess, "INSTANCE is a process description");
-    command->footer(examples);
+    command->footer(
+        R"(Lists each row of a description that can set the unit of the leaf, with the
+writes after which it does. A comparison with a value of the source counts as
+one that holds, since values may become any. Then follows what becomes of the
+unit when all links are resolved. Nothing is written.
+
+Examples:
+  unitflow why display Fields/Pressure
+  unitflow why oven Zones/Preheat --process)");
     return command;
 }
 

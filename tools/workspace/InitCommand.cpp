@@ -28,11 +28,6 @@ using filehost::Problem;
 
 const QString starterFolder = QStringLiteral(":/starter");
 
-const char* const examples = R"(Examples:
-  unitflow init my-line
-  cd my-line
-  unitflow set controller Settings/TemperatureUnit °F)";
-
 /// The files of the starter, relative to it, in ascending order.
 QStringList starterFiles()
 {
@@ -82,7 +77,11 @@ CLI::App* InitCommand::declare(CLI::App& program)
     command->add_option("DIR", directoryArgument, "A folder that is empty or not there yet")
         ->required()
         ->option_text(" ");
-    command->footer(examples);
+    command->footer(
+        R"(Examples:
+  unitflow init my-line
+  cd my-line
+  unitflow set controller Settings/TemperatureUnit °F)");
     return command;
 }
 

@@ -21,16 +21,6 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(VALUE is a JSON literal if it reads as one (5, true, "text", [[1, 2]]) and text
-otherwise. If it begins with "-" and is no number, it goes behind "--".
-
-Examples:
-  unitflow set controller Settings/TemperatureUnit °F
-  unitflow set controller Settings/Offset -5 --dry-run
-  unitflow set controller Settings/Serial 0815 --string
-  unitflow set controller Settings/Note -- "-- none --")";
-
 } // namespace
 
 CLI::App* SetCommand::declare(CLI::App& program)
@@ -48,7 +38,15 @@ CLI::App* SetCommand::declare(CLI::App& program)
                       "configurations only: nothing follows)");
     command->add_flag("--dry-run", isDryRun, "Show what would change, write nothing");
     command->add_flag("--string", isText, "VALUE is text, whatever it looks like");
-    command->footer(examples);
+    command->footer(
+        R"(VALUE is a JSON literal if it reads as one (5, true, "text", [[1, 2]]) and text
+otherwise. If it begins with "-" and is no number, it goes behind "--".
+
+Examples:
+  unitflow set controller Settings/TemperatureUnit °F
+  unitflow set controller Settings/Offset -5 --dry-run
+  unitflow set controller Settings/Serial 0815 --string
+  unitflow set controller Settings/Note -- "-- none --")");
     return command;
 }
 

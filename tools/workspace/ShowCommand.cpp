@@ -25,15 +25,6 @@ using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(Without INSTANCE: the instances, descriptions and links of the workspace.
-
-Examples:
-  unitflow show
-  unitflow show controller
-  unitflow show controller Settings
-  unitflow show oven Zone1/Temperature --process)";
-
 void addLeaf(Table& table, const Leaf& leaf, const QString& value)
 {
     const QString unit = leaf.unit.isValid() ? valueText(leaf.unit) : QString();
@@ -108,7 +99,14 @@ CLI::App* ShowCommand::declare(CLI::App& program)
     command->add_option("URL", urlArgument, "Only this leaf, or what is below this node")
         ->option_text(" ");
     command->add_flag("--process", isProcess, "INSTANCE is a process description");
-    command->footer(examples);
+    command->footer(
+        R"(Without INSTANCE: the instances, descriptions and links of the workspace.
+
+Examples:
+  unitflow show
+  unitflow show controller
+  unitflow show controller Settings
+  unitflow show oven Zone1/Temperature --process)");
     return command;
 }
 

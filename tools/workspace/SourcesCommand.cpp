@@ -22,21 +22,19 @@ using filehost::Link;
 using filehost::Problem;
 using filehost::Workspace;
 
-const char* const examples =
-    R"(The manifest is configuration/manifest.json: a list with an object for each
-instance, in which "hasDependency": true flags a source.
-
-Examples:
-  unitflow sources
-  unitflow sources --json)";
-
 } // namespace
 
 CLI::App* SourcesCommand::declare(CLI::App& program)
 {
     CLI::App* command =
         program.add_subcommand("sources", "List the instances that the manifest flags as sources");
-    command->footer(examples);
+    command->footer(
+        R"(The manifest is configuration/manifest.json: a list with an object for each
+instance, in which "hasDependency": true flags a source.
+
+Examples:
+  unitflow sources
+  unitflow sources --json)");
     return command;
 }
 
