@@ -1,6 +1,7 @@
 #include "Fixture.h"
 #include "GeneratedWorkspace.h"
 #include "trace/TraceReader.h"
+#include "trace/internal/EventNames.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -321,6 +322,57 @@ TEST(ExplainTrace, tells_of_types_that_a_host_added_and_of_tables_without_rows)
                        "    Next is not reached\n"
                        "      fails: a condition that the engine does not know\n"
                        "      fails: ConditionWriteOnUrls has no row\n"));
+}
+
+TEST(ExplainTrace, has_words_for_everything_that_can_become_of_a_row_or_an_edge)
+{
+    QByteArray text = "{\"format\":\"unitflow/trace\",\"version\":1}\n"
+                      "{\"event\":\"traversal-started\",\"url\":\"s\"}\n";
+    int line = 0;
+    const auto inNode = [&](const QByteArray& events) {
+        const QByteArray name = "Node" + QByteArray::number(++line);
+        text += "{\"event\":\"node-selected\",\"name\":\"" + name +
+                "\",\"selection\":\"unconditional\",\"watched\":\"\"}\n"
+                "{\"event\":\"node-entered\",\"name\":\"" +
+                name + "\",\"type\":\"CommandNode\"}\n" + events +
+                "{\"event\":\"node-left\",\"name\":\"" + name +
+                "\",\"type\":\"CommandNode\",\"outcome\":true}\n";
+    };
+    for (const auto& outcome : trace::internal::rowOutcomeNames()) {
+        inNode("{\"event\":\"command-started\",\"index\":0,\"type\":\"CommandSetUnitProperties\"}\n"
+               "{\"event\":\"command-row\",\"row\":0,\"outcome\":\"" +
+               QByteArray(outcome.name.data()) +
+               "\",\"target\":\"A\",\"unit\":\"K\",\"status\":7}\n");
+    }
+    for (const auto& outcome : trace::internal::conditionOutcomeNames()) {
+        inNode(
+            "{\"event\":\"condition-started\",\"index\":0,\"type\":\"ConditionValueComparator\"}\n"
+            "{\"event\":\"condition-row\",\"row\":0,\"outcome\":\"" +
+            QByteArray(outcome.name.data()) +
+            "\",\"url\":\"U\",\"comparator\":\"==\",\"expected\":1,\"actual\":2}\n"
+            "{\"event\":\"condition-finished\",\"index\":0,\"type\":\"ConditionValueComparator\","
+            "\"holds\":false}\n"
+            "{\"event\":\"edge-decided\",\"index\":0,\"successor\":\"Next\","
+            "\"decision\":\"no-condition-holds\"}\n");
+    }
+    for (const auto& decision : trace::internal::edgeDecisionNames()) {
+        const QByteArray name(decision.name.data());
+        inNode(
+            "{\"event\":\"edge-decided\",\"index\":0,\"successor\":\"Next\",\"decision\":\"" +
+            name + "\"}\n" +
+            (name.startsWith("followed")
+                 ? "{\"event\":\"node-entered\",\"name\":\"Next\",\"type\":\"SwitchNode\"}\n"
+                   "{\"event\":\"node-left\",\"name\":\"Next\",\"type\":\"SwitchNode\",\"outcome\":"
+                   "false}\n"
+                 : ""));
+    }
+    const TestWorkspace workspace;
+    workspace.write(QStringLiteral("trace.ndjson"), text);
+    const Result result =
+        run(explain({QStringLiteral("--trace"), workspace.path(QStringLiteral("trace.ndjson")),
+                     QStringLiteral("--all")}));
+    EXPECT_EQ(result.err, QString());
+    expectGolden(QStringLiteral("explain-every-outcome"), result.out);
 }
 
 TEST(ExplainTrace, of_a_file_that_is_no_trace_is_an_error)
