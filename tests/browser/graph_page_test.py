@@ -8,6 +8,7 @@ EXAMPLE the workspace of the example. The description in dependency/ beside this
 few mistakes, takes the place of its own.
 """
 
+import copy
 import html
 import json
 import pathlib
@@ -264,6 +265,88 @@ class GraphPage(unittest.TestCase):
         self.assertEqual(number, 9)
         self.assertEqual(self.browser.console(), [])
 
+    def test_cells_of_any_kind_are_shown_and_found(self):
+        graph = copy.deepcopy(GRAPH)
+        node = graph["nodes"][3]
+        row = node["commands"][0]["rows"][0]
+        row["cells"] = [0, True, False, None, [1, ["deep"]], "", 2.5]
+        row["targets"] = [{"url": "A", "arrayColumn": None, "exists": True, "unit": 0},
+                          {"url": "B", "arrayColumn": None, "exists": True, "unit": None}]
+        graph["edges"][2]["conditions"][0]["rows"][0]["cells"] = [7, "==", False]
+        self.open(graph=graph)
+        self.browser.click("#n4")
+        self.await_heading(node["name"])
+        cells = self.browser.run("return [...document.querySelector('#panel tbody tr').cells].map(cell => cell.innerText)")
+        self.assertEqual(cells[1:8], ["0", "true", "false", "null", '[1,["deep"]]', '""', "2.5"])
+        self.assertIn("sets A, now in 0\nsets B\n", self.panel())
+        self.browser.click("#e3 text")
+        self.await_heading("Mode → Calibration")
+        self.assertIn("false", self.panel())
+        for text, found in (("true", ["n4"]), ("deep", ["n4"]), ("false", ["n4", "e3"])):
+            self.browser.run("""search.value = arguments[0]; search.dispatchEvent(new Event("input"))""", text)
+            matches = self.browser.run("return [...document.querySelectorAll('.match')].map(group => group.id)")
+            self.assertEqual(sorted(matches), sorted(found), text)
+        self.assertEqual(self.browser.console(), [])
+
+    def test_characters_that_hide_or_turn_others_are_spelled(self):
+        self.open(graph=changed_texts(GRAPH, lambda text: "\u202e\x07" + text + "\U000e0041"))
+        spelled = "\\u202e\\u0007Calibration\\udb40\\udc41"
+        self.browser.click("#n4")
+        self.await_heading(spelled)
+        self.assertIn("\\u202e\\u0007Fields/Preheat\\udb40\\udc41", self.panel())
+        self.browser.type("#search", "\\u202e\\u0007calib")
+        self.browser.until("return document.querySelector('#panel h2 mark')")
+        seen = self.browser.run("""
+            const attributes = [...document.querySelectorAll("*")].flatMap(one => [...one.attributes]);
+            return [document.title, document.querySelector("header").innerText, document.querySelector("main").innerText,
+                    ...attributes.map(one => one.value)].join("\\n")""")
+        self.assertEqual(re.findall("[\u202e\x07\U000e0041]", seen), [])
+        self.browser.run("location.hash = ''")
+        self.browser.click("#pick")
+        self.browser.type("#pick", "FlowUnit" + Keys.ENTER)
+        self.browser.until("return document.querySelector('.lit')")
+        self.assertEqual(self.browser.console(), [])
+
+    def rule_of(self, change, edge="e3"):
+        """What the panel says of when an edge is followed, after a change of the graph."""
+        graph = copy.deepcopy(GRAPH)
+        change({node["id"]: node for node in graph["nodes"]}, {one["id"]: one for one in graph["edges"]})
+        self.browser.get("about:blank")  # or nothing is loaded anew
+        self.open(f"#show={edge}", graph=graph)
+        self.browser.until("return document.querySelector('#panel h2')?.textContent.includes('→')")
+        return self.panel()
+
+    def test_the_panel_says_which_edges_are_never_followed(self):
+        def unguarded(nodes, edges):
+            edges["e3"]["conditions"] = []
+
+        def from_a_command(nodes, edges):
+            unguarded(nodes, edges)
+            nodes[edges["e3"]["from"]]["kind"] = "command"
+
+        def from_a_command_as_only(nodes, edges):
+            nodes[edges["e3"]["from"]]["kind"] = "command"
+            for edge in edges.values():
+                if edge is not edges["e3"] and edge["from"] == edges["e3"]["from"]:
+                    edge["from"] = "n1"
+
+        def to_unknown(nodes, edges):
+            nodes[edges["e3"]["to"]]["kind"] = "unknown"
+
+        def from_unknown(nodes, edges):
+            nodes[edges["e3"]["from"]]["kind"] = "unknown"
+
+        self.assertIn("is always followed", self.rule_of(unguarded))
+        self.assertIn("It is never followed: a command node follows an edge only", self.rule_of(from_a_command))
+        self.assertIn("follows its only edge whatever", self.rule_of(from_a_command_as_only))
+        self.assertIn("It leads nowhere", self.rule_of(to_unknown))
+        self.assertIn("It is never followed: no node", self.rule_of(from_unknown))
+
+    def test_a_graph_without_nodes_says_so(self):
+        self.open(graph={**GRAPH, "nodes": [], "edges": [], "writes": []})
+        self.assertIn("There is no node in it", self.panel())
+        self.assertEqual(self.browser.console(), [])
+
     # --- moving
 
     def test_dragging_moves_the_drawing_and_leaves_the_selection(self):
@@ -366,12 +449,14 @@ class GraphPage(unittest.TestCase):
             lit = self.browser.run(LIT)
             self.assertEqual([thing for thing in lit if not thing.startswith("w")],
                              sorted(write["nodes"] + write["edges"]), name)
-            started = {entries()[write["text"]]} if write["text"] in entries() else set()
+            self.assertEqual({thing for thing in lit if thing.startswith("w")}, set(write["entries"]), name)
             every = f"w{len(entries()) + 1}"
-            self.assertEqual({thing for thing in lit if thing.startswith("w")}, started | {every}, name)
             ways = self.browser.run("return [...document.querySelectorAll('.watch.lit')].map(group => group.id)")
-            self.assertEqual(set(ways), {f"{every}-n8"} | {f"{entry}-{node['id']}" for entry in started
-                for node in GRAPH["nodes"] if write["text"] in [watch["text"] for watch in node["watches"]]}, name)
+            self.assertEqual(set(ways), {f"{every}-n8"} | {f"{entries()[watch['text']]}-{node['id']}"
+                for node in GRAPH["nodes"] for watch in node["watches"]
+                if entries()[watch["text"]] in write["entries"]}, name)
+        matched, = (write for write in GRAPH["writes"] if write["text"] == "Zones/Cure/Signal")
+        self.assertIn(entries()["^Zones/[^/]+/Signal$"], matched["entries"])
         faded = self.browser.run("return getComputedStyle(document.getElementById('n7')).opacity")
         self.assertLess(float(faded), 0.5)
 
@@ -403,6 +488,17 @@ class GraphPage(unittest.TestCase):
         self.browser.until("return !document.querySelector('.lit')")
         self.browser.back()
         self.browser.until("return document.querySelector('.lit')")
+
+    def test_a_value_that_no_comparison_saw_is_not_told(self):
+        self.open(graph={**TRACED, "trace": {**TRACED["trace"], "value": None}}, drawing=TRACED_DRAWING)
+        self.assertIn("was written. It entered", self.panel())
+
+    def test_a_piece_is_enough_where_a_write_was_explained(self):
+        self.open(graph=TRACED, drawing=TRACED_DRAWING)
+        self.pick("Operating" + Keys.ENTER)
+        self.await_address(write="Settings/OperatingMode")
+        self.await_heading("Settings/OperatingMode")
+        self.assertIn("may run", self.panel())
 
     # --- the address
 

@@ -25,7 +25,8 @@ struct GraphTarget {
     QString url;
     int column = -1; ///< of an array; -1 for a whole leaf
     bool exists = false;
-    QVariant unit; ///< the present one; invalid when it has none
+    bool lacksColumn = false; ///< the leaf is there, but it has no such column
+    QVariant unit;            ///< the present one; invalid when it has none
 };
 
 /// A row of a parameter table, as it stands in the text.
@@ -89,8 +90,9 @@ struct GraphNode {
 
 /// What a write may run.
 struct GraphWrite {
-    GraphWatch watch;       ///< what is written: a URL, or one that a pattern matches
-    std::vector<int> nodes; ///< ascending
+    GraphWatch watch;          ///< what is written: a URL, or one that a pattern matches
+    QList<GraphWatch> started; ///< what top-level nodes are found by, possibly more than once
+    std::vector<int> nodes;    ///< ascending
 };
 
 /// One explained write. The nodes and rows that ran say so themselves.
@@ -105,6 +107,7 @@ struct GraphTrace {
         QString words; ///< what became of it, as people are told
     };
 
+    std::optional<filehost::Link> link; ///< what it ran for; nothing when the trace does not say
     QString url;
     QVariant value; ///< what comparisons found at the URL; invalid when none looked there
     QList<GraphWatch> started; ///< what top-level nodes were found by

@@ -2,10 +2,15 @@
 
 #include "tools/console/Json.h"
 #include "tools/console/Names.h"
+#include "tools/graph/GraphEntries.h"
 #include "tools/graph/GraphWords.h"
 #include "trace/internal/EventNames.h"
 
+#include <QHash>
+#include <QPair>
+
 #include <algorithm>
+#include <set>
 
 namespace tools {
 
@@ -13,7 +18,16 @@ namespace {
 
 class GraphWriter {
 public:
-    GraphWriter(JsonDocument& json, const Graph& graph) : json(json), graph(graph) {}
+    GraphWriter(JsonDocument& json, const Graph& graph)
+        : json(json), graph(graph), entries(entriesOf(graph))
+    {
+        for (std::size_t number = 0; number < entries.size(); ++number) {
+            const GraphEntry& entry = entries[number];
+            if (!entry.isEveryWrite) {
+                entryNumbers.insert({entry.watch.text, entry.watch.isPattern}, number);
+            }
+        }
+    }
 
     void write()
     {
@@ -43,6 +57,7 @@ public:
         json.addObjects(QStringLiteral("writes"), graph.writes, [&](const GraphWrite& write) {
             json.add(QStringLiteral("text"), write.watch.text);
             json.add(QStringLiteral("pattern"), write.watch.isPattern);
+            json.add(QStringLiteral("entries"), entryIds(write));
             addWays(write.nodes);
         });
         addTrace();
@@ -129,6 +144,26 @@ private:
         json.add(QStringLiteral("column"), finding.place.column);
     }
 
+    /// Of those by which a write starts anything, in their order.
+    QStringList entryIds(const GraphWrite& write) const
+    {
+        std::set<std::size_t> numbers;
+        for (const GraphWatch& watch : write.started) {
+            const auto found = entryNumbers.find({watch.text, watch.isPattern});
+            if (found != entryNumbers.end()) {
+                numbers.insert(*found);
+            }
+        }
+        if (!entries.empty() && entries.back().isEveryWrite) {
+            numbers.insert(entries.size() - 1);
+        }
+        QStringList ids;
+        for (const std::size_t number : numbers) {
+            ids.append(entries[number].id);
+        }
+        return ids;
+    }
+
     /// The nodes, and the edges to them.
     void addWays(const std::vector<int>& nodes)
     {
@@ -157,9 +192,21 @@ private:
                 ran.push_back(static_cast<int>(number));
             }
         }
+        QStringList started;
+        for (const GraphEntry& entry : entries) {
+            if (entry.ran) {
+                started.append(entry.id);
+            }
+        }
         json.addObject(QStringLiteral("trace"), [&] {
+            if (graph.trace->link) {
+                json.addObject(QStringLiteral("link"), [&] { addLink(json, *graph.trace->link); });
+            } else {
+                json.add(QStringLiteral("link"), {});
+            }
             json.add(QStringLiteral("url"), graph.trace->url);
             json.add(QStringLiteral("value"), graph.trace->value);
+            json.add(QStringLiteral("entries"), started);
             addWays(ran);
             json.addObjects(QStringLiteral("rows"), graph.trace->rows,
                             [&](const GraphTrace::Row& row) {
@@ -184,6 +231,8 @@ private:
 
     JsonDocument& json;
     const Graph& graph;
+    const std::vector<GraphEntry> entries;
+    QHash<QPair<QString, bool>, std::size_t> entryNumbers; ///< of what is watched
 };
 
 } // namespace

@@ -102,11 +102,29 @@ private:
         for (const GraphTable& table : tables) {
             QJsonArray rows;
             for (const int row : table.kept) {
-                rows.append(
-                    QJsonArray::fromVariantList(table.rows[static_cast<std::size_t>(row)].cells));
+                rows.append(QJsonArray::fromVariantList(
+                    harmless(*table.type, table.rows[static_cast<std::size_t>(row)].cells)));
             }
             object.insert(table.type->name, rows);
         }
+    }
+
+    /// The cells of a row that cannot end the process. A column beyond the end of its array would,
+    /// but without a parameter the row sets nothing, and tells its target all the same.
+    static QVariantList harmless(const TypeDescription& type, QVariantList cells)
+    {
+        const QList<ColumnDescription>& columns = type.table.columns;
+        const bool setsColumns =
+            std::any_of(columns.begin(), columns.end(), [](const ColumnDescription& column) {
+                return column.role == CellRole::TargetColumn;
+            });
+        const QList<int>& layout = *type.table.layoutFor(cells.size());
+        for (int at = 0; setsColumns && at < layout.size(); ++at) {
+            if (columns.at(layout.at(at)).role == CellRole::SourceUrl) {
+                cells[at] = QString();
+            }
+        }
+        return cells;
     }
 
     const Graph& graph;
@@ -199,7 +217,13 @@ QJsonObject spread(const QJsonObject& description)
     return nodes;
 }
 
-/// Notes which nodes run, and the targets of rows.
+/// What a write runs.
+struct Run {
+    std::vector<int> nodes;    ///< each once, ascending
+    QList<GraphWatch> started; ///< what top-level nodes were found by
+};
+
+/// Notes what runs, and the targets of rows.
 class RunObserver : public TraversalObserver {
 public:
     using Told = std::function<void(int node, const QString& command, const CommandRow& row)>;
@@ -208,12 +232,19 @@ public:
         : index(index), told(std::move(told))
     {}
 
-    /// Those that ran since the last call, each once, in ascending order.
-    std::vector<int> take()
+    /// What ran since the last call.
+    Run take()
     {
-        std::sort(entered.begin(), entered.end());
-        entered.erase(std::unique(entered.begin(), entered.end()), entered.end());
-        return std::exchange(entered, {});
+        std::sort(run.nodes.begin(), run.nodes.end());
+        run.nodes.erase(std::unique(run.nodes.begin(), run.nodes.end()), run.nodes.end());
+        return std::exchange(run, {});
+    }
+
+    void nodeSelected(const SelectedNode& node) override
+    {
+        if (node.selection != Selection::Unconditional) {
+            run.started.append({node.watched, node.selection == Selection::Pattern, {}});
+        }
     }
 
     void nodeEntered(const Node& node) override
@@ -223,7 +254,7 @@ public:
                                             : index.find(way.back(), node.name);
         way.push_back(number);
         if (number >= 0) { // otherwise it was added to open comparisons
-            entered.push_back(number);
+            run.nodes.push_back(number);
         }
     }
     void nodeLeft(const Node& /*node*/, bool /*outcome*/) override { way.pop_back(); }
@@ -246,7 +277,7 @@ private:
     const GraphIndex& index;
     const Told told;
     std::vector<int> way;
-    std::vector<int> entered;
+    Run run;
     QString command;
 };
 
@@ -265,16 +296,17 @@ public:
             writer.of([](const GraphNode& node) { return node.isUnconditional; });
         const QJsonObject watching =
             writer.of([](const GraphNode& node) { return !node.watches.empty(); });
-        withEveryWrite = reached(walkerOf(opened(always)), {});
+        withEveryWrite = reached(walkerOf(opened(always)), {}).nodes;
         mark(withEveryWrite);
 
         const QJsonObject openedWatching = spread(opened(watching));
         DependencyWalker urls = walkerOf(openedWatching);
         DependencyWalker patterns = walkerOf(PatternReplacer().replaced(openedWatching));
-        mark(reached(patterns, anyPattern));
+        mark(reached(patterns, anyPattern).nodes);
         for (const GraphWatch& watch : allWatches()) {
-            addWrite(watch, watch.isPattern ? reached(patterns, standInFor(watch.text))
-                                            : reached(urls, watch.text));
+            addWrite(watch, watch.isPattern
+                                ? Run{reached(patterns, standInFor(watch.text)).nodes, {watch}}
+                                : reached(urls, watch.text));
         }
         if (trees != nullptr) {
             addLeaves(urls);
@@ -366,7 +398,7 @@ private:
         return walker;
     }
 
-    std::vector<int> reached(DependencyWalker walker, const QString& url) const
+    Run reached(DependencyWalker walker, const QString& url) const
     {
         RunObserver observer(index);
         const TraversalObservation observation(observer);
@@ -383,12 +415,12 @@ private:
         }
     }
 
-    void addWrite(const GraphWatch& watch, const std::vector<int>& nodes)
+    void addWrite(const GraphWatch& watch, const Run& run)
     {
-        mark(nodes);
-        GraphWrite write{watch, {}};
-        std::set_union(nodes.begin(), nodes.end(), withEveryWrite.begin(), withEveryWrite.end(),
-                       std::back_inserter(write.nodes));
+        mark(run.nodes);
+        GraphWrite write{watch, run.started, {}};
+        std::set_union(run.nodes.begin(), run.nodes.end(), withEveryWrite.begin(),
+                       withEveryWrite.end(), std::back_inserter(write.nodes));
         graph.writes.push_back(write);
     }
 
@@ -404,10 +436,9 @@ private:
             }
         }
         for (const QString& url : leaves()) {
-            const std::vector<int> nodes =
-                known.contains(url) ? std::vector<int>() : reached(walker, url);
-            if (!nodes.empty()) {
-                addWrite({url, false, {}}, nodes);
+            const Run run = known.contains(url) ? Run() : reached(walker, url);
+            if (!run.nodes.empty()) {
+                addWrite({url, false, {}}, run);
             }
         }
     }
@@ -453,7 +484,7 @@ private:
 
     GraphTarget targetAt(const QString& url, int column) const
     {
-        GraphTarget target{url, column, false, {}};
+        GraphTarget target{url, column, false, false, {}};
         const BaseClassSharedPointer leaf = trees->target->getChildData(url);
         if (leaf.isNull()) {
             return target;
@@ -466,6 +497,7 @@ private:
         const QList<Column> columns =
             columnsOf(leaf->getDataProperty(Keys::getKeyDataPropertyArrayInformation()));
         target.exists = column < columns.size();
+        target.lacksColumn = !target.exists;
         if (target.exists) {
             target.unit = columns.at(column).unit;
         }

@@ -74,6 +74,12 @@ bool isMissing(const GraphTarget& target)
     return !target.exists;
 }
 
+QString missingText(const GraphTarget& target)
+{
+    return target.lacksColumn ? QStringLiteral("(no such column)")
+                              : QStringLiteral("(no such leaf)");
+}
+
 /// What a row is about: with a link the one leaf that it has there.
 QString targetText(const GraphTable& table, const GraphRow& row)
 {
@@ -101,7 +107,7 @@ GraphLine commandLine(const GraphTable& table, const GraphRow& row)
     if (missing > 0) {
         text +=
             row.targets.size() == 1
-                ? QStringLiteral(" (no such leaf)")
+                ? QLatin1Char(' ') + missingText(row.targets.first())
                 : QStringLiteral(" (%1 of %2 leaves missing)").arg(missing).arg(row.targets.size());
     }
     return {text, missing > 0   ? Mood::Bad
@@ -136,12 +142,11 @@ void addRows(QStringList& lines, const GraphTable& table)
         lines.append(QStringLiteral("  ") + cellsText(row.cells) + note);
         for (const GraphTarget& target : row.targets) {
             const QString unit = target.unit.toString();
-            lines.append(
-                QStringLiteral("    → %1 %2")
-                    .arg(printable(targetText(target)),
-                         isMissing(target) ? QStringLiteral("(no such leaf)") : printable(unit))
-                    .trimmed()
-                    .prepend(QStringLiteral("    ")));
+            lines.append(QStringLiteral("    → %1 %2")
+                             .arg(printable(targetText(target)),
+                                  isMissing(target) ? missingText(target) : printable(unit))
+                             .trimmed()
+                             .prepend(QStringLiteral("    ")));
         }
     }
 }

@@ -19,7 +19,12 @@
         byId("problem").hidden = false;
     }
 
-    const watchKey = watch => (watch.pattern ? "pattern " : "") + watch.text;
+    /** `text` with what would hide, turn or break it spelled as JSON spells it. */
+    const printable = text => text.replace(/[\p{Cc}\p{Cf}\p{Zl}\p{Zp}]/gu, character => [...Array(character.length).keys()]
+        .map(at => `\\u${character.charCodeAt(at).toString(16).padStart(4, "0")}`).join(""));
+    /** What is shown of a value that a description may have anywhere. */
+    const textOf = value => typeof value === "string" ? value : JSON.stringify(value);
+    const watchKey = watch => printable((watch.pattern ? "pattern " : "") + watch.text);
 
     /** Everything in the drawing by its id: nodes, edges and entries. */
     const things = new Map();
@@ -35,10 +40,11 @@
     const entries = new Map();
     for (const node of graph.nodes) {
         for (const watch of node.watches) {
-            const key = watchKey(watch);
+            // What is printed of two texts may be the same.
+            const key = JSON.stringify([watch.text, watch.pattern]);
             if (!entries.has(key)) {
                 const id = `w${entries.size + 1}`;
-                entries.set(key, { kind: "entry", id, watch, key, nodes: [] });
+                entries.set(key, { kind: "entry", id, watch, key: watchKey(watch), nodes: [] });
                 things.set(id, entries.get(key));
             }
             entries.get(key).nodes.push(node.id);
@@ -53,7 +59,7 @@
     /** What can be lit, by what the box for picking shows. */
     const lights = new Map();
     if (graph.trace) {
-        lights.set(`explained: ${graph.trace.url}`, graph.trace);
+        lights.set(printable(`explained: ${graph.trace.url}`), graph.trace);
     }
     for (const write of graph.writes) {
         lights.set(watchKey(write), write);
@@ -61,7 +67,6 @@
 
     const nameOf = id => things.get(id).node.name;
     const counted = (count, one, many) => `${count} ${count === 1 ? one : many}`;
-    const textOf = value => typeof value === "string" ? value : JSON.stringify(value);
     const severities = ["error", "warning", "note"];
 
     function labelOf(thing) {
@@ -118,7 +123,7 @@
             groups.set(thing.id, group);
             group.setAttribute("role", "button");
             group.setAttribute("tabindex", thing.kind === "edge" ? "-1" : "0");
-            group.setAttribute("aria-label", labelOf(thing));
+            group.setAttribute("aria-label", printable(labelOf(thing)));
         } else if (group.classList.contains("watch")) {
             entryEdges.push({ entry: group.id.split("-")[0], group });
         }
@@ -368,14 +373,7 @@
 
     /* ---- the path of a write ---- */
 
-    /** With what starts the path: the drawing of a trace tells that of its write. */
-    function litIds(light) {
-        const starts = [...things.values()].filter(thing => thing.kind === "entry"
-            && (light === graph.trace ? groups.get(thing.id)?.classList.contains("ran")
-                : thing.watch ? thing.key === watchKey(light)
-                : thing.nodes.some(id => light.nodes.includes(id))));
-        return [...starts.map(thing => thing.id), ...light.nodes, ...light.edges];
-    }
+    const litIds = light => [...light.entries, ...light.nodes, ...light.edges];
 
     function around(ids) {
         const found = ids.map(id => boxes.get(id)).filter(Boolean);
@@ -403,7 +401,9 @@
     /** Takes what is written in the box, or the only one that contains it. */
     function picked() {
         const wanted = pick.value.trim();
-        const containing = [...lights.keys()].filter(key => key.includes(wanted));
+        // What was explained is mostly one of the others as well, so it counts in full only.
+        const containing = [...lights].filter(([key, light]) => light !== graph.trace && key.includes(wanted))
+            .map(([key]) => key);
         if (wanted === "" || lights.has(wanted)) {
             go({ write: wanted, show: "" });
         } else if (containing.length === 1) {
@@ -441,7 +441,7 @@
     /* ---- search ---- */
 
     const tableTexts = tables =>
-        tables.flatMap(table => [table.type, ...table.rows.flatMap(row => row.cells)]);
+        tables.flatMap(table => [table.type, ...table.rows.flatMap(row => row.cells.map(textOf))]);
 
     function textsOf(thing) {
         if (thing.kind === "entry") {
@@ -479,10 +479,10 @@
     }
 
     function find() {
-        wanted = search.value.trim().toLowerCase();
+        wanted = printable(search.value.trim()).toLowerCase();
         current = 0;
         matches = wanted === "" ? [] : [...things.values()].filter(
-            thing => textsOf(thing).some(text => text.toLowerCase().includes(wanted))).map(thing => thing.id);
+            thing => textsOf(thing).some(text => printable(text).toLowerCase().includes(wanted))).map(thing => thing.id);
         showMatch();
     }
 
@@ -505,9 +505,10 @@
     function element(name, attributes = {}, ...children) {
         const made = document.createElement(name);
         for (const [key, value] of Object.entries(attributes)) {
-            made.setAttribute(key, value);
+            made.setAttribute(key, printable(String(value)));
         }
-        made.append(...children.filter(child => child !== null && child !== undefined));
+        made.append(...children.filter(child => child !== null && child !== undefined)
+            .map(child => typeof child === "string" ? printable(child) : child));
         return made;
     }
 
@@ -517,8 +518,9 @@
     const list = items =>
         element("ul", {}, ...items.map(item => element("li", {}, ...[item].flat())));
 
-    /** `text` with what is searched for marked in it. */
-    function marked(text) {
+    /** A text with what is searched for marked in it. */
+    function marked(raw) {
+        const text = printable(raw);
         const made = document.createDocumentFragment();
         // Where lower case has another length, places in one are not those in the other.
         const lower = text.toLowerCase().length === text.length ? text.toLowerCase() : text;
@@ -557,12 +559,15 @@
         if (!target.exists) {
             return ["sets ", code(target.url), column, ": ", element("strong", { class: "missing" }, "not there")];
         }
-        return ["sets ", code(target.url), column, ...target.unit ? [", now in ", code(target.unit)] : []];
+        return ["sets ", code(target.url), column, ...[null, ""].includes(target.unit) ? [] : [", now in ", code(textOf(target.unit))]];
     }
+
+    /** An empty text is a cell as well, and for a comparison not the same as none. */
+    const cellText = cell => cell === "" ? '""' : textOf(cell);
 
     function tableRows(row, columns) {
         const cells = columns.map(({ index }) => {
-            const text = row.cells[index] ? code(row.cells[index]) : "";
+            const text = row.cells[index] === undefined ? "" : code(cellText(row.cells[index]));
             return element("td", {}, row.counts ? text : element("s", {}, text));
         });
         const below = [...row.note ? [element("p", { class: "why" }, row.note)] : [],
@@ -575,9 +580,9 @@
 
     function tableSection(table) {
         const most = Math.max(table.columns.length, ...table.rows.map(row => row.cells.length));
-        // A column that no row makes use of, a remark mostly, would only take room.
+        // A column that no row has, a remark mostly, would only take room.
         const columns = Array.from({ length: most }, (_, index) => ({ index, name: table.columns[index] ?? "" }))
-            .filter(({ index }) => table.rows.some(row => row.cells[index]));
+            .filter(({ index }) => table.rows.some(row => row.cells[index] !== undefined));
         const body = table.rows.length === 0 ? paragraph("No rows.")
             : element("div", { class: "table", tabindex: "0", role: "group", "aria-label": `Rows of ${table.type}` },
                       element("table", {},
@@ -626,15 +631,31 @@
             section("Leads to", ...outOf.length ? [list(outOf.map(({ edge }) => edgeItem(edge, "to")))] : [])];
     }
 
-    function edgePanel({ edge }) {
-        const { conditions, from } = edge;
-        const rule = conditions.length === 0 ? "It has no conditions and is always followed."
-            : things.get(from).node.kind === "command" ? "A command node follows its only edge whatever the conditions say."
+    /** When an edge is followed. */
+    function ruleOf({ conditions, from, to }) {
+        const { node, outOf } = things.get(from);
+        if (things.get(to).node.kind === "unknown") {
+            return "It leads nowhere: no node can be made of what is there.";
+        }
+        if (node.kind === "unknown") {
+            return "It is never followed: no node can be made of what it comes from.";
+        }
+        if (node.kind === "command" && outOf.length > 1) {
+            return `It is never followed: a command node follows an edge only if it is the only one, and this one has ${outOf.length}.`;
+        }
+        if (conditions.length === 0) {
+            return "It has no conditions and is always followed.";
+        }
+        return node.kind === "command" ? "A command node follows its only edge whatever the conditions say."
             : conditions.length === 1 ? "It is followed when the condition holds."
             : "It is followed once for each condition that holds.";
+    }
+
+    function edgePanel({ edge }) {
+        const { conditions, from } = edge;
         return [...heading("edge", `${nameOf(from)} → ${nameOf(edge.to)}`, null,
                            edge.reachable ? [] : ["never reached"]),
-            paragraph("From ", nodeLink(from), " to ", nodeLink(edge.to), ". ", rule),
+            paragraph("From ", nodeLink(from), " to ", nodeLink(edge.to), ". ", ruleOf(edge)),
             section("Conditions", ...conditions.map(tableSection))];
     }
 
@@ -651,7 +672,8 @@
         const rows = tracedRows();
         return [element("p", { class: "eyebrow" }, "explained write"),
             element("h2", {}, trace.url),
-            paragraph("was written with ", code(textOf(trace.value)), ". ",
+            trace.link ? paragraph(code(trace.link.source), " → ", code(trace.link.target)) : null,
+            paragraph("was written", ...trace.value === null ? [] : [" with ", code(textOf(trace.value))], ". ",
                       `It entered ${counted(trace.nodes.length, "node", "nodes")} and followed `,
                       `${counted(trace.edges.length, "edge", "edges")}.`),
             section("What the write did", rows.length ? list(rows) : paragraph("No row was run.")),
@@ -674,7 +696,7 @@
             from ? paragraph(code(from.source), " → ", code(from.target), from.process ? " (process)" : "",
                              ...from.parameters.length ? [" with ", code(from.parameters.map(textOf).join(", "))] : []) : null,
             from ? placeOf(from) : null,
-            paragraph("Click a node, an edge or a watched URL for its rows. Pick a URL above to see what a write to it may run."),
+            graph.nodes.length === 0 ? paragraph("There is no node in it: whatever is written, it does nothing.") : paragraph("Click a node, an edge or a watched URL for its rows. Pick a URL above to see what a write to it may run."),
             section("Findings", ...findings.length === 0 ? [paragraph("None.")]
                 : findings.map(({ node, finding }) => findingItem(finding, nodeLink(node.id)))),
             section("Runs with every write", ...unconditional.length ? [list(unconditional.map(nodeLink))] : []),
@@ -749,12 +771,12 @@
 
     if (known) {
         const findings = graph.nodes.reduce((sum, node) => sum + node.findings.length, 0);
-        document.title = `${graph.description} – dependency graph`;
-        byId("name").textContent = graph.description;
-        byId("about").textContent = [
+        document.title = printable(`${graph.description} – dependency graph`);
+        byId("name").textContent = printable(graph.description);
+        byId("about").textContent = printable([
             ...graph.link ? [`${graph.link.source} → ${graph.link.target}`] : [],
             counted(graph.nodes.length, "node", "nodes"), counted(graph.edges.length, "edge", "edges"),
-            counted(findings, "finding", "findings")].join(" · ");
+            counted(findings, "finding", "findings")].join(" · "));
     }
     prepareDrawing();
     listenToPointers();
