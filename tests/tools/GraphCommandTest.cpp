@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QSet>
 #include <QStandardPaths>
@@ -216,6 +217,40 @@ TEST_F(GraphTest, has_a_node_in_front_of_what_runs_with_every_write)
         graph(displayUnits, QStringLiteral("dot")).out.contains(QLatin1String("every write")));
 }
 
+TEST_F(GraphTest, says_by_which_entries_each_write_starts)
+{
+    workspace.write(QStringLiteral("dependency/entries.json"), R"({
+    "Url": {"Type": "SwitchNode", "Next": {
+        "U": {"Type": "CommandNode", "ConditionWriteOnUrls": [["Settings/FlowUnit"]]}}},
+    "Pattern": {"Type": "SwitchNode", "Next": {
+        "P": {"Type": "CommandNode", "ConditionWriteOnUrlsRegExp": [["^Settings/F"]]},
+        "Q": {"Type": "CommandNode", "ConditionWriteOnUrlsRegExp": [["^Zones/"]]}}},
+    "Always": {"Type": "CommandNode"}
+})");
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "display", "dependency": "entries"}])");
+    const QJsonObject document = graph(QStringLiteral("entries"), QStringLiteral("json"),
+                                       {QStringLiteral("--link"), QStringLiteral("1")})
+                                     .json();
+    const auto entries = [&](const char* write) {
+        return texts(item(document, "writes", QStringLiteral("text"),
+                          QLatin1String(write))[QStringLiteral("entries")])
+            .join(QLatin1Char(' '));
+    };
+    EXPECT_EQ(entries("Settings/FlowUnit"), QStringLiteral("w1 w2 w4"));
+    EXPECT_EQ(entries("^Settings/F"), QStringLiteral("w2 w4"));
+    EXPECT_EQ(entries("Zones/Cure/Signal"), QStringLiteral("w3 w4"));
+}
+
+TEST_F(GraphTest, of_a_description_without_nodes_says_so)
+{
+    workspace.write(QStringLiteral("dependency/nothing.json"), "{}");
+    const Result result = graph({QStringLiteral("nothing")});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, QString());
+    EXPECT_EQ(result.err, QStringLiteral("There is no node in dependency/nothing.json.\n"));
+}
+
 // --- mistakes in the description
 
 TEST_F(GraphTest, draws_dashed_what_no_write_gets_to)
@@ -308,6 +343,14 @@ TEST_F(GraphTest, for_mermaid_leaves_nothing_in_a_label_that_the_language_knows)
         ++count;
     }
     EXPECT_GT(count, 10);
+}
+
+TEST_F(GraphTest, for_mermaid_parts_a_backslash_from_what_would_make_it_break_the_line)
+{
+    addHostile();
+    const QString mermaid = graph(QStringLiteral("hostile"), QStringLiteral("mermaid")).out;
+    EXPECT_TRUE(mermaid.contains(QLatin1String("or a#92;#8288;nb#92;N<br/>")));
+    EXPECT_FALSE(mermaid.contains(QLatin1String("#92;n")));
 }
 
 TEST_F(GraphTest, drawn_by_graphviz_shows_hostile_names_as_they_are)
@@ -462,6 +505,44 @@ TEST_F(GraphTest, as_a_page_goes_to_its_own_file)
     EXPECT_EQ(workspace.read(QStringLiteral("a.html")), page);
 }
 
+TEST_F(GraphTest, does_not_write_a_page_over_what_else_it_writes)
+{
+    workspace.write(QStringLiteral("a.html"), "before");
+    for (const char* other : {"a.html", "./a.html", "new.html"}) {
+        const QString page =
+            workspace.path(QString::fromLatin1(other).remove(QStringLiteral("./")));
+        const Result result = graph(displayUnits, QStringLiteral("dot"),
+                                    {QStringLiteral("--html"), page, QStringLiteral("-o"),
+                                     workspace.path(QLatin1String(other))});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.err,
+                  QStringLiteral("error: --html and -o name the same file\n"
+                                 "    name two files, or leave out -o for the page alone\n"));
+    }
+    EXPECT_EQ(workspace.read(QStringLiteral("a.html")), QByteArray("before"));
+    EXPECT_FALSE(QFileInfo::exists(workspace.path(QStringLiteral("new.html"))));
+}
+
+TEST_F(GraphTest, is_not_asked_for_in_two_forms_at_once)
+{
+    const QString file = workspace.path(QStringLiteral("a.svg"));
+    const Result format = graph({displayUnits, QStringLiteral("--json"), QStringLiteral("--format"),
+                                 QStringLiteral("svg")});
+    EXPECT_EQ(format.exitCode, 2);
+    EXPECT_TRUE(format.err.startsWith(
+        QLatin1String("error: --json contradicts --format svg\n    leave out one of them\n")));
+    const Result ending =
+        graph({displayUnits, QStringLiteral("--json"), QStringLiteral("-o"), file});
+    EXPECT_EQ(ending.exitCode, 2);
+    EXPECT_TRUE(ending.err.startsWith(QLatin1String("error: --json contradicts -o \"")));
+    EXPECT_FALSE(QFileInfo::exists(file));
+
+    const Result said = graph(displayUnits, QStringLiteral("json"),
+                              {QStringLiteral("--json"), QStringLiteral("-o"), file});
+    EXPECT_EQ(said.exitCode, 0);
+    EXPECT_TRUE(workspace.read(QStringLiteral("a.svg")).startsWith('{'));
+}
+
 // --- which description
 
 TEST_F(GraphTest, needs_no_name_in_a_workspace_with_one_description)
@@ -486,6 +567,17 @@ TEST_F(GraphTest, of_an_unknown_description_names_the_nearest)
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.out, QString());
     expectGolden(QStringLiteral("graph-unknown"), result.err);
+}
+
+TEST_F(GraphTest, without_a_name_lists_the_first_of_many)
+{
+    for (int number = 0; number < 20; ++number) {
+        workspace.write(QStringLiteral("dependency/a%1.json").arg(number, 2, 10, QLatin1Char('0')),
+                        "{}");
+    }
+    const QString error = graph(QStringList()).err.simplified();
+    EXPECT_TRUE(error.contains(QLatin1String("a09 and 16 more"))) << error.toStdString();
+    EXPECT_FALSE(error.contains(QLatin1String("a10")));
 }
 
 // --- laid over it: a link
@@ -569,6 +661,67 @@ TEST_F(GraphTest, for_a_link_that_is_not_there_lists_those_that_are)
     expectGolden(QStringLiteral("graph-link-several"), several.err);
 }
 
+TEST_F(GraphTest, for_one_of_several_links_on_one_line_needs_the_column_as_well)
+{
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "recorder",
+"dependency": "recorder-card", "parameters": ["Left", 1]}, {"source": "controller",
+"target": "recorder", "dependency": "recorder-card", "parameters": ["Right", 1]}])");
+    QByteArray links = workspace.read(QStringLiteral("links.json"));
+    workspace.write(QStringLiteral("links.json"), links.replace('\n', ' '));
+    const auto drawn = [&](const char* link) {
+        return graph(QStringLiteral("recorder-card"), QStringLiteral("dot"),
+                     {QStringLiteral("--link"), QLatin1String(link)});
+    };
+    const Result line = drawn("1");
+    EXPECT_EQ(line.exitCode, 2);
+    EXPECT_TRUE(
+        line.err.contains(QLatin1String("name the line and the column, as in \"--link 1:2\"")))
+        << line.err.toStdString();
+    const int second = links.indexOf("}, {") + 4;
+    const Result right = drawn(QStringLiteral("1:%1").arg(second).toLatin1().constData());
+    EXPECT_EQ(right.exitCode, 0);
+    EXPECT_TRUE(right.out.contains(QLatin1String("Racks/Right/Card1")));
+}
+
+TEST_F(GraphTest, for_a_link_that_is_not_there_lists_the_first_of_many)
+{
+    QByteArray links;
+    for (int number = 0; number < 25; ++number) {
+        links += links.isEmpty() ? "[" : ",";
+        links += R"({"source": "controller", "target": "t)" + QByteArray::number(number) +
+                 R"(", "dependency": "display-units"})";
+    }
+    workspace.write(QStringLiteral("links.json"), links + "]");
+    const QString error = graph(displayUnits, QStringLiteral("dot"),
+                                {QStringLiteral("--link"), QStringLiteral("controller:oven")})
+                              .err;
+    EXPECT_TRUE(error.simplified().endsWith(QLatin1String("t9 through display-units; 15 more")))
+        << error.toStdString();
+}
+
+TEST_F(GraphTest, for_a_link_marks_columns_that_are_not_there)
+{
+    QByteArray description = workspace.read(QStringLiteral("dependency/chamber-log.json"));
+    workspace.write(QStringLiteral("dependency/chamber-log.json"),
+                    description.replace("ChamberLog[4-1]", "ChamberLog[7]"));
+    const QStringList link{QStringLiteral("--link"), QStringLiteral("controller:recorder")};
+    const Result dot = graph(QStringLiteral("chamber-log"), QStringLiteral("dot"), link);
+    EXPECT_EQ(dot.exitCode, 0);
+    EXPECT_TRUE(dot.out.contains(QLatin1String("(no such column)"))) << dot.out.toStdString();
+    const QJsonObject target =
+        item(graph(QStringLiteral("chamber-log"), QStringLiteral("json"), link).json(), "nodes",
+             QStringLiteral("name"), QStringLiteral("ChamberLog"))[QStringLiteral("commands")]
+            .toArray()[0]
+            .toObject()[QStringLiteral("rows")]
+            .toArray()[2]
+            .toObject()[QStringLiteral("targets")]
+            .toArray()[0]
+            .toObject();
+    EXPECT_EQ(target[QStringLiteral("arrayColumn")].toInt(), 7);
+    EXPECT_FALSE(target[QStringLiteral("exists")].toBool());
+}
+
 TEST_F(GraphTest, for_a_link_without_its_target_is_an_error)
 {
     workspace.remove(QStringLiteral("configuration/display.json"));
@@ -625,8 +778,89 @@ TEST_F(GraphTest, with_a_trace_and_a_link_shows_what_ran_for_that_link)
     };
     const QString left = QStringLiteral("Racks/Left/Card1");
     const QString right = QStringLiteral("Racks/Right/Card1");
-    EXPECT_EQ(targets({}), (QStringList{left, right}));
+    EXPECT_EQ(targets({}), QStringList{left});
     EXPECT_EQ(targets({QStringLiteral("--link"), QStringLiteral("30")}), QStringList{right});
+}
+
+TEST_F(GraphTest, with_a_trace_of_several_links_shows_the_first_and_says_so)
+{
+    const QStringList trace{
+        QStringLiteral("--trace"),
+        explained(QStringLiteral("Settings/TemperatureUnit"), QStringLiteral("°F"))};
+    const Result first = graph(QStringLiteral("recorder-card"), QStringLiteral("json"), trace);
+    EXPECT_EQ(first.err.simplified(),
+              QStringLiteral("The trace tells of 2 links; this shows the first, controller → "
+                             "recorder through recorder-card (Left, 1). --link shows another."));
+    const QJsonObject link =
+        first.json()[QStringLiteral("trace")].toObject()[QStringLiteral("link")].toObject();
+    EXPECT_EQ(link[QStringLiteral("parameters")].toArray()[0].toString(), QStringLiteral("Left"));
+    const Result chosen =
+        graph(QStringLiteral("recorder-card"), QStringLiteral("json"),
+              trace + QStringList{QStringLiteral("--link"), QStringLiteral("30")});
+    EXPECT_EQ(chosen.err, QString());
+}
+
+TEST_F(GraphTest, with_a_trace_that_names_no_link_shows_all_that_ran_if_it_fits)
+{
+    const QString file =
+        explained(QStringLiteral("Settings/OperatingMode"), QStringLiteral("calibration"));
+    QByteArray begun;
+    bool isOurs = false;
+    for (const QByteArray& line : workspace.read(QStringLiteral("trace.ndjson")).split('\n')) {
+        const QJsonObject event = QJsonDocument::fromJson(line).object();
+        const bool isLink = event[QStringLiteral("event")].toString() == QLatin1String("link");
+        if (isLink) {
+            isOurs = event[QStringLiteral("dependency")].toString() == displayUnits;
+        }
+        if (begun.isEmpty() || (isOurs && !isLink)) {
+            begun += line + '\n';
+        }
+    }
+    workspace.write(QStringLiteral("trace.ndjson"), begun);
+    const QStringList trace{QStringLiteral("--trace"), file};
+    const Result fitting = graph(displayUnits, QStringLiteral("json"), trace);
+    EXPECT_EQ(fitting.exitCode, 0) << fitting.err.toStdString();
+    const QJsonObject told = fitting.json()[QStringLiteral("trace")].toObject();
+    EXPECT_TRUE(told[QStringLiteral("link")].isNull());
+    EXPECT_EQ(texts(told[QStringLiteral("edges")]),
+              (QStringList{QStringLiteral("e1"), QStringLiteral("e3")}));
+    const Result other = graph(QStringLiteral("air-total"), QStringLiteral("json"), trace);
+    EXPECT_EQ(other.exitCode, 2);
+    EXPECT_TRUE(other.err.contains(QLatin1String("the trace names no link")));
+}
+
+TEST_F(GraphTest, with_a_trace_of_rows_that_have_other_targets_now_is_an_error)
+{
+    const QStringList trace{
+        QStringLiteral("--trace"),
+        explained(QStringLiteral("Settings/OperatingMode"), QStringLiteral("calibration"))};
+    const QString file = QStringLiteral("dependency/display-units.json");
+    const QByteArray before = workspace.read(file);
+    QByteArray swapped = before;
+    swapped.replace("Fields/Pressure\", \"mA", "Fields/AirFlow\", \"mA");
+    ASSERT_NE(swapped, before);
+    workspace.write(file, swapped);
+    const Result result = graph(displayUnits, QStringLiteral("dot"), trace);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.err.contains(QLatin1String("it was changed since; explain the write")))
+        << result.err.toStdString();
+    EXPECT_EQ(result.out, QString());
+}
+
+TEST_F(GraphTest, with_a_trace_fits_behind_prefixes_patterns_and_columns)
+{
+    for (const char* description : {"air-total", "chamber-log", "process-units", "recorder-card",
+                                    "zone-inputs", "display-units"}) {
+        for (const char* url :
+             {"Settings/TemperatureUnit", "Settings/FlowUnit", "Settings/PressureUnit",
+              "Zones/Cure/Sensor", "Zones/Cure/Signal"}) {
+            const QString file = explained(QLatin1String(url), QStringLiteral("°F"));
+            const Result result = graph(QLatin1String(description), QStringLiteral("json"),
+                                        {QStringLiteral("--trace"), file});
+            EXPECT_FALSE(result.err.contains(QLatin1String("it was changed since")))
+                << description << ' ' << url << ' ' << result.err.toStdString();
+        }
+    }
 }
 
 TEST_F(GraphTest, with_a_trace_that_does_not_fit_is_an_error)

@@ -239,26 +239,6 @@ TEST(Program, that_looks_for_who_sets_a_unit_ends_at_a_missing_column_and_says_w
         << check.out.toStdString();
 }
 
-TEST(Program, that_draws_a_link_ends_at_a_missing_column_and_says_who_names_the_row)
-{
-    const TestWorkspace workspace;
-    workspace.write(QStringLiteral("dependency/units.json"),
-                    QByteArray(columnDescription).replace("Log[2-1]", "Log[2]"));
-    workspace.write(QStringLiteral("links.json"),
-                    R"([{"source": "controller", "target": "recorder", "dependency": "units"}])");
-    const Result graph =
-        runShell(workspace.path(), QStringLiteral("ulimit -c 0; unitflow graph --format dot "
-                                                  "--link controller:recorder"));
-    EXPECT_NE(graph.exitCode, 0);
-    EXPECT_EQ(graph.out, QString());
-    EXPECT_TRUE(graph.err.contains(
-        QStringLiteral("\n    the program ends here, as it would when that row is run; "
-                       "\"unitflow check\"\n    tells which one it is\n")))
-        << graph.err.toStdString();
-    EXPECT_EQ(runShell(workspace.path(), QStringLiteral("unitflow graph --format dot")).exitCode,
-              0);
-}
-
 TEST(Terminal, gets_color)
 {
     const TestWorkspace workspace;

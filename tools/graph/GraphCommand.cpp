@@ -20,11 +20,11 @@
 #include "trace/TraceReader.h"
 
 #include <CLI/CLI.hpp>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <vector>
 
 namespace tools {
 
@@ -67,9 +67,63 @@ QString formatOf(const QString& file)
     return {};
 }
 
+/// A file by one name, whatever names lead to it, also when it is still to be written.
+QString onlyName(const std::string& file)
+{
+    const QFileInfo info(QString::fromStdString(file));
+    return info.exists()
+               ? info.canonicalFilePath()
+               : QDir(info.absolutePath()).canonicalPath() + QLatin1Char('/') + info.fileName();
+}
+
+/// The first ones, and how many more there are.
+QStringList firstOf(const QStringList& items)
+{
+    constexpr int most = 10;
+    return items.size() <= most
+               ? items
+               : items.mid(0, most) +
+                     QStringList{QStringLiteral("%1 more").arg(items.size() - most)};
+}
+
 QString linkLine(const Link& link)
 {
     return QStringLiteral("%1%2").arg(placeOf(link), describe(link));
+}
+
+/// The links by which somebody may choose one.
+QString listed(const QList<Link>& links)
+{
+    QStringList lines;
+    for (const Link& link : links) {
+        lines.append(linkLine(link));
+    }
+    return firstOf(lines).join(QStringLiteral("; "));
+}
+
+QString placeArgument(const Link& link)
+{
+    return QStringLiteral("%1:%2").arg(link.line).arg(link.column);
+}
+
+/// Whether a line alone does not say which one is meant.
+bool areOnOneLine(const QList<Link>& links)
+{
+    return std::any_of(links.begin() + 1, links.end(),
+                       [&](const Link& link) { return link.line == links.first().line; });
+}
+
+/// A way out for who finds no link in a trace that fits.
+QString adviceFrom(const std::vector<LinkTrace>& runs)
+{
+    QStringList told;
+    for (const LinkTrace& run : runs) {
+        if (run.link && !told.contains(run.link->dependency)) {
+            told.append(run.link->dependency);
+        }
+    }
+    return told.isEmpty() ? QStringLiteral("it tells of nothing that ran")
+                          : QStringLiteral("it tells of ") + enumerated(firstOf(told));
 }
 
 bool isSame(const Link& link, const trace::Link& told)
@@ -102,9 +156,10 @@ switch nodes as diamonds and command nodes as boxes with what they set. "~" is
 for patterns, and what no write ever gets to is dashed. Graphviz draws SVG and
 PNG. Without --format the ending of -o says what to write.
 
---link takes a link of the description as SOURCE:TARGET, or the line of
-links.json where it stands, and shows which leaf each row sets there, if it is
-there. --trace takes what "unitflow explain --json" wrote and shows what ran.
+--link takes a link of the description as SOURCE:TARGET, or the LINE or
+LINE:COLUMN of links.json where it stands, and shows which leaf each row sets
+there, if it is there. --trace takes what "unitflow explain --json" wrote and
+shows what ran: for the link of --link, otherwise for the first one.
 
 Examples:
   unitflow graph display-units
@@ -127,7 +182,17 @@ bool GraphCommand::chooseFormat(Console& console)
     const QString file = QString::fromStdString(fileArgument);
     format = QString::fromStdString(formatArgument);
     if (console.options().json) {
+        const QString other = format.isEmpty() ? formatOf(file) : format;
         format = QStringLiteral("json");
+        if (!other.isEmpty() && other != format) {
+            console.complain(QStringLiteral("--json contradicts %1")
+                                 .arg(formatArgument.empty() ? QStringLiteral("-o ") + quoted(file)
+                                                             : QStringLiteral("--format ") + other),
+                             formatArgument.empty()
+                                 ? QStringLiteral("leave out --json, or add --format json")
+                                 : QStringLiteral("leave out one of them"));
+            return false;
+        }
     }
     if (format == QLatin1String("json")) {
         console.chooseJson();
@@ -158,6 +223,13 @@ bool GraphCommand::checkUsage(Console& console) const
     if (format == QLatin1String("png") && fileArgument.empty() && console.isOnTerminal()) {
         console.complain(QStringLiteral("a PNG is nothing for a terminal"),
                          QStringLiteral("name a file: -o FILE"));
+        return false;
+    }
+    const bool isOneFile = !pageArgument.empty() && !fileArgument.empty() &&
+                           onlyName(pageArgument) == onlyName(fileArgument);
+    if (isOneFile) {
+        console.complain(QStringLiteral("--html and -o name the same file"),
+                         QStringLiteral("name two files, or leave out -o for the page alone"));
         return false;
     }
     if (isTextAlone() && !(linkArgument.empty() && traceArgument.empty())) {
@@ -204,8 +276,9 @@ bool GraphCommand::chooseDescription(const Workspace& workspace, Console& consol
     if (names.contains(graph.description)) {
         return true;
     }
-    const QString list = names.isEmpty() ? QStringLiteral("there is none in this workspace")
-                                         : QStringLiteral("there are ") + enumerated(names);
+    const QString list = names.isEmpty()
+                             ? QStringLiteral("there is none in this workspace")
+                             : QStringLiteral("there are ") + enumerated(firstOf(names));
     if (nameArgument.empty()) {
         console.report(Problem{Problem::Code::Missing,
                                {},
@@ -252,8 +325,7 @@ bool GraphCommand::addLink(const Workspace& workspace, Console& console)
     Messages messages([&](const QString& lastWords) {
         console.report({Severity::Error,
                         {Problem::Code::Shape, graph.file, 0, 0, lastWords,
-                         QStringLiteral("the program ends here, as it would when that row is run; "
-                                        "\"unitflow check\" tells which one it is")},
+                         QStringLiteral("the program ends here")},
                         graph.link});
     });
     addRuns(graph, trees);
@@ -274,26 +346,23 @@ std::optional<Link> GraphCommand::chosenLink(const Workspace& workspace, Console
     QList<Link> found;
     std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(found),
                  [&](const Link& link) {
-                     return wanted == QString::number(link.line) ||
+                     return wanted == QString::number(link.line) || wanted == placeArgument(link) ||
                             wanted == link.source + QLatin1Char(':') + link.target;
                  });
     if (found.size() == 1) {
         return found.first();
     }
-    const QList<Link>& choice = found.isEmpty() ? candidates : found;
-    QStringList lines;
-    for (const Link& link : choice) {
-        lines.append(linkLine(link));
-    }
-    const QString listed = lines.join(QStringLiteral("; "));
     const QString message = found.isEmpty() ? QStringLiteral("no link through %1 is %2")
                                             : QStringLiteral("several links through %1 are %2");
     const QString advice =
         candidates.isEmpty() ? QStringLiteral("no link of this workspace goes through it")
-        : found.isEmpty()    ? QStringLiteral("SOURCE:TARGET or the line of one of: ") + listed
-                             : QStringLiteral("name the line, as in \"--link %1\": %2")
-                                .arg(found.first().line)
-                                .arg(listed);
+        : found.isEmpty()
+            ? QStringLiteral("SOURCE:TARGET or the line of one of: ") + listed(candidates)
+        : areOnOneLine(found)
+            ? QStringLiteral("name the line and the column, as in \"--link %1\": %2")
+                  .arg(placeArgument(found.first()), listed(found))
+            : QStringLiteral("name the line, as in \"--link %1\": %2")
+                  .arg(QString::number(found.first().line), listed(found));
     console.report(Problem{
         Problem::Code::Missing, {}, 0, 0, message.arg(graph.description, quoted(wanted)), advice});
     return std::nullopt;
@@ -320,34 +389,50 @@ bool GraphCommand::addTrace(Console& console)
     if (!trace.errors.isEmpty()) {
         return false;
     }
-    const std::vector<LinkTrace> all = traceTree(trace.events);
-    std::vector<const LinkTrace*> runs;
-    QStringList others;
-    for (const LinkTrace& run : all) {
-        if (!run.link) {
-            continue;
-        }
-        const bool isChosen = run.link->dependency == graph.description &&
-                              (!graph.link || isSame(*graph.link, *run.link));
-        if (isChosen) {
-            runs.push_back(&run);
-        } else if (!others.contains(run.link->dependency)) {
-            others.append(run.link->dependency);
-        }
-    }
-    if (runs.empty()) {
+    const std::vector<LinkTrace> runs = traceTree(trace.events);
+    const LinkTrace* const run = chosenRun(runs, console);
+    if (run == nullptr) {
         return report(
             Problem::Code::Missing, 0,
             QStringLiteral("the trace tells of no link through %1")
                 .arg(graph.description + (graph.link ? QStringLiteral(" like this") : QString())),
-            others.isEmpty() ? QString() : QStringLiteral("it tells of ") + enumerated(others));
+            adviceFrom(runs));
     }
-    if (!tools::addTrace(graph, runs)) {
+    if (!tools::addTrace(graph, *run)) {
         return report(Problem::Code::Shape, 0,
                       QStringLiteral("what ran is not all in %1").arg(graph.file),
-                      QStringLiteral("it was changed since; explain the write again"));
+                      run->link ? QStringLiteral("it was changed since; explain the write again")
+                                : QStringLiteral("the trace names no link: draw the description "
+                                                 "that was run, as it was then"));
     }
     return true;
+}
+
+/// Null when there is none.
+const LinkTrace* GraphCommand::chosenRun(const std::vector<LinkTrace>& runs, Console& console) const
+{
+    std::vector<const LinkTrace*> found;
+    for (const LinkTrace& run : runs) {
+        if (run.link && run.link->dependency == graph.description &&
+            (!graph.link || isSame(*graph.link, *run.link))) {
+            found.push_back(&run);
+        }
+    }
+    if (found.empty()) {
+        // The engine alone knows of no links: whoever chose the description says what was run.
+        const bool namesNone = runs.size() == 1 && !runs.front().link;
+        return namesNone ? &runs.front() : nullptr;
+    }
+    if (found.size() > 1 && !graph.link) {
+        const trace::Link& first = *found.front()->link;
+        console.note(
+            QStringLiteral("The trace tells of %1 links; this shows the first, %2. --link shows "
+                           "another.")
+                .arg(QString::number(found.size()),
+                     describe(Link{first.source, first.target, first.dependency, first.isProcess,
+                                   first.parameters, 0, 0})));
+    }
+    return found.front();
 }
 
 QByteArray GraphCommand::json(Console& console, ExitCode exitCode) const
@@ -421,6 +506,9 @@ ExitCode GraphCommand::fail(Console& console) const
 
 void GraphCommand::hint(Console& console) const
 {
+    if (graph.nodes.empty()) {
+        console.note(QStringLiteral("There is no node in %1.").arg(printable(graph.file)));
+    }
     int mistakes = 0;
     for (const GraphNode& node : graph.nodes) {
         mistakes += static_cast<int>(

@@ -3,6 +3,7 @@
 
 #include "filehost/Workspace.h"
 #include "tools/Command.h"
+#include "tools/explain/TraceTree.h"
 #include "tools/graph/Graph.h"
 
 #include <QByteArray>
@@ -10,6 +11,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tools {
 
@@ -30,6 +32,7 @@ private:
     std::optional<filehost::Link> chosenLink(const filehost::Workspace& workspace,
                                              Console& console) const;
     bool addTrace(Console& console);
+    const LinkTrace* chosenRun(const std::vector<LinkTrace>& runs, Console& console) const;
 
     QByteArray json(Console& console, ExitCode exitCode) const;
     std::optional<QByteArray> rendered(Console& console) const;

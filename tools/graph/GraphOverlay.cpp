@@ -1,5 +1,6 @@
 #include "tools/graph/GraphOverlay.h"
 
+#include "checker/ColumnTarget.h"
 #include "tools/explain/TraceWords.h"
 
 #include <algorithm>
@@ -10,6 +11,31 @@ namespace {
 
 using ConditionOutcome = TraversalObserver::ConditionOutcome;
 using Selection = TraversalObserver::Selection;
+
+/// Whether a row can have told that target, as far as its text alone says it: what a link or a
+/// pattern fills in is not known here, nor what stands before the whole.
+bool canTell(const GraphTable& table, const GraphRow& row,
+             const TraversalObserver::CommandRow& told)
+{
+    const QList<int>& layout = *table.type->table.layoutFor(row.cells.size());
+    for (int at = 0; !told.targetUrl.isEmpty() && at < layout.size(); ++at) {
+        const QString cell = row.cells.at(at).toString();
+        const CellRole role = table.type->table.columns.at(layout.at(at)).role;
+        const bool isFilledIn =
+            (role == CellRole::TargetUrlTemplate && cell.contains(QLatin1Char('%'))) ||
+            (role == CellRole::TargetUrlByGroups && cell.contains(QLatin1String("(?<")));
+        const bool isUrl = role == CellRole::TargetUrl || role == CellRole::TargetUrlTemplate ||
+                           role == CellRole::TargetUrlByGroups;
+        if (isUrl && !isFilledIn && !told.targetUrl.endsWith(cell)) {
+            return false;
+        }
+        if (role == CellRole::TargetColumn) {
+            const checker::ColumnTarget target = checker::readColumnTarget(cell);
+            return target.arrayUrl == told.targetUrl && target.column == told.column;
+        }
+    }
+    return true;
+}
 
 class Overlay {
 public:
@@ -64,6 +90,7 @@ private:
                 std::find_if(commands.begin(), commands.end(), [&](const GraphTable& table) {
                     return table.type->name == run.command.type;
                 });
+            isFitting = isFitting && canTell(*command, *row, told);
             row->ran = true;
             const QString words = wordsFor(told, run.command.type,
                                            {row->number, row->cells, row->place}, graph.trace->url);
@@ -108,13 +135,20 @@ private:
 
 } // namespace
 
-bool addTrace(Graph& graph, const std::vector<const LinkTrace*>& runs)
+bool addTrace(Graph& graph, const LinkTrace& run)
 {
     Overlay overlay(graph);
-    for (const LinkTrace* run : runs) {
-        for (const TraversalRun& traversal : run->traversals) {
-            overlay.add(traversal);
-        }
+    if (run.link) {
+        graph.trace->link = {run.link->source,
+                             run.link->target,
+                             run.link->dependency,
+                             run.link->isProcess,
+                             run.link->parameters,
+                             0,
+                             0};
+    }
+    for (const TraversalRun& traversal : run.traversals) {
+        overlay.add(traversal);
     }
     return overlay.fits();
 }

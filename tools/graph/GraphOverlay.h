@@ -4,14 +4,12 @@
 #include "tools/explain/TraceTree.h"
 #include "tools/graph/Graph.h"
 
-#include <vector>
-
 namespace tools {
 
-/// Lays what was run for links over a graph: as its trace, and on the nodes and rows that ran.
-/// False when something ran that the graph does not have, as when its description was changed
-/// since.
-bool addTrace(Graph& graph, const std::vector<const LinkTrace*>& runs);
+/// Lays what was run for a link, or for one that the trace does not name, over a graph: as its
+/// trace, and on the nodes and rows that ran. False when something ran that the graph does not
+/// have, as when its description was changed since.
+bool addTrace(Graph& graph, const LinkTrace& run);
 
 } // namespace tools
 

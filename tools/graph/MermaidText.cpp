@@ -29,8 +29,13 @@ const char* const classes = R"(  classDef switch fill:#fef3c7,stroke:#b45309,col
 QString spelled(const QString& text)
 {
     const QString harmless = QStringLiteral(" /_-.,()=!'+*?^$~");
+    // "\\n" breaks the line even when it is spelled so: something without a shape parts the two.
+    const QString wordJoiner = QStringLiteral("#8288;");
     QString label;
     for (const QChar character : text) {
+        if (character == QLatin1Char('n') && label.endsWith(QLatin1String("#92;"))) {
+            label += wordJoiner;
+        }
         const bool isPlain = character.unicode() > 127 || character.isLetterOrNumber() ||
                              harmless.contains(character);
         label += isPlain ? QString(character) : QStringLiteral("#%1;").arg(character.unicode());
