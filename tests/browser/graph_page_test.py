@@ -270,6 +270,7 @@ class GraphPage(unittest.TestCase):
         node = graph["nodes"][3]
         row = node["commands"][0]["rows"][0]
         row["cells"] = [0, True, False, None, [1, ["deep"]], "", 2.5]
+        row["layout"] = []
         row["targets"] = [{"url": "A", "arrayColumn": None, "exists": True, "unit": 0},
                           {"url": "B", "arrayColumn": None, "exists": True, "unit": None}]
         graph["edges"][2]["conditions"][0]["rows"][0]["cells"] = [7, "==", False]
@@ -287,6 +288,18 @@ class GraphPage(unittest.TestCase):
             matches = self.browser.run("return [...document.querySelectorAll('.match')].map(group => group.id)")
             self.assertEqual(sorted(matches), sorted(found), text)
         self.assertEqual(self.browser.console(), [])
+
+    def test_cells_stand_under_the_columns_that_they_belong_to(self):
+        graph = copy.deepcopy(GRAPH)
+        table = graph["nodes"][3]["commands"][0]
+        table["columns"] = ["from", "remark", "to"]
+        table["rows"] = [{**table["rows"][0], "cells": cells, "layout": layout, "targets": []}
+                         for cells, layout in ((["a", "b"], [0, 2]), (["a", "b", "c"], [0, 2]))]
+        self.open("#show=n4", graph=graph)
+        self.await_heading("Calibration")
+        rows = self.browser.run("return [...document.querySelector('#panel table').rows]"
+                                ".map(row => [...row.cells].map(cell => cell.innerText))")
+        self.assertEqual(rows, [["#", "from", "to", ""], ["1", "a", "b", ""], ["1", "a", "b", "c"]])
 
     def test_characters_that_hide_or_turn_others_are_spelled(self):
         self.open(graph=changed_texts(GRAPH, lambda text: "\u202e\x07" + text + "\U000e0041"))
@@ -491,7 +504,10 @@ class GraphPage(unittest.TestCase):
 
     def test_a_value_that_no_comparison_saw_is_not_told(self):
         self.open(graph={**TRACED, "trace": {**TRACED["trace"], "value": None}}, drawing=TRACED_DRAWING)
-        self.assertIn("was written. It entered", self.panel())
+        self.assertIn("was written. For controller → display it entered", self.panel())
+        self.browser.get("about:blank")
+        self.open(graph={**TRACED, "trace": {**TRACED["trace"], "link": None}}, drawing=TRACED_DRAWING)
+        self.assertIn("was written with calibration. It entered", self.panel())
 
     def test_a_piece_is_enough_where_a_write_was_explained(self):
         self.open(graph=TRACED, drawing=TRACED_DRAWING)

@@ -217,6 +217,18 @@ TEST_F(GraphTest, has_a_node_in_front_of_what_runs_with_every_write)
         graph(displayUnits, QStringLiteral("dot")).out.contains(QLatin1String("every write")));
 }
 
+TEST_F(GraphTest, says_to_which_column_each_cell_belongs)
+{
+    const QJsonArray rows =
+        item(graph(QStringLiteral("chamber-log"), QStringLiteral("json")).json(), "nodes",
+             QStringLiteral("name"), QStringLiteral("ChamberLog"))[QStringLiteral("commands")]
+            .toArray()[0]
+            .toObject()[QStringLiteral("rows")]
+            .toArray();
+    EXPECT_EQ(rows[0].toObject()[QStringLiteral("layout")].toArray(), (QJsonArray{0, 2}));
+    EXPECT_EQ(rows[1].toObject()[QStringLiteral("layout")].toArray(), (QJsonArray{0, 1, 2}));
+}
+
 TEST_F(GraphTest, says_by_which_entries_each_write_starts)
 {
     workspace.write(QStringLiteral("dependency/entries.json"), R"({
@@ -827,6 +839,26 @@ TEST_F(GraphTest, with_a_trace_that_names_no_link_shows_all_that_ran_if_it_fits)
     const Result other = graph(QStringLiteral("air-total"), QStringLiteral("json"), trace);
     EXPECT_EQ(other.exitCode, 2);
     EXPECT_TRUE(other.err.contains(QLatin1String("the trace names no link")));
+}
+
+TEST_F(GraphTest, with_a_trace_of_several_writes_names_them)
+{
+    const QString first = QStringLiteral("Settings/OperatingMode");
+    const QString file = explained(first, QStringLiteral("calibration"));
+    QByteArrayList lines;
+    for (const QByteArray& line : workspace.read(QStringLiteral("trace.ndjson")).split('\n')) {
+        if (!line.contains("\"event\":\"link\"")) {
+            lines.append(line);
+        }
+    }
+    QByteArray trace = lines.join('\n');
+    lines.removeFirst();
+    trace += lines.join('\n').replace(first.toUtf8(), "Settings/FlowUnit");
+    workspace.write(QStringLiteral("trace.ndjson"), trace);
+    const Result result =
+        graph(displayUnits, QStringLiteral("dot"), {QStringLiteral("--trace"), file});
+    EXPECT_TRUE(result.err.startsWith(QLatin1String("The trace tells of writes to Settings/")))
+        << result.err.toStdString();
 }
 
 TEST_F(GraphTest, with_a_trace_of_rows_that_have_other_targets_now_is_an_error)

@@ -398,6 +398,15 @@ bool GraphCommand::addTrace(Console& console)
                 .arg(graph.description + (graph.link ? QStringLiteral(" like this") : QString())),
             adviceFrom(runs));
     }
+    QStringList urls;
+    for (const TraversalRun& traversal : run->traversals) {
+        urls.append(traversal.url);
+    }
+    urls.removeDuplicates();
+    if (urls.size() > 1) {
+        console.note(QStringLiteral("The trace tells of writes to %1; all that ran is shown.")
+                         .arg(printable(enumerated(firstOf(urls)))));
+    }
     if (!tools::addTrace(graph, *run)) {
         return report(Problem::Code::Shape, 0,
                       QStringLiteral("what ran is not all in %1").arg(graph.file),

@@ -106,14 +106,20 @@ private:
             json.add(QStringLiteral("place"), table.place);
             json.add(QStringLiteral("columns"), columns);
             json.addObjects(QStringLiteral("rows"), table.rows,
-                            [&](const GraphRow& row) { addRow(row, areCommands); });
+                            [&](const GraphRow& row) { addRow(*table.type, row, areCommands); });
         });
     }
 
-    void addRow(const GraphRow& row, bool isCommand)
+    void addRow(const TypeDescription& type, const GraphRow& row, bool isCommand)
     {
+        const QList<int>* const layout = type.table.layoutFor(row.cells.size());
+        QVariantList columns;
+        for (int at = 0; layout != nullptr && at < layout->size() && at < row.cells.size(); ++at) {
+            columns.append(layout->at(at));
+        }
         json.add(QStringLiteral("number"), row.number);
         json.add(QStringLiteral("cells"), row.cells);
+        json.add(QStringLiteral("layout"), columns);
         json.add(QStringLiteral("place"), row.place);
         json.add(QStringLiteral("counts"), row.counts);
         json.add(QStringLiteral("note"), row.note.isEmpty() ? QVariant() : QVariant(row.note));

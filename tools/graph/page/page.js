@@ -565,9 +565,19 @@
     /** An empty text is a cell as well, and for a comparison not the same as none. */
     const cellText = cell => cell === "" ? '""' : textOf(cell);
 
-    function tableRows(row, columns) {
+    /** The cells of a row by the columns that they belong to; those that belong to none come last. */
+    function cellsOf({ cells, layout }, columnCount) {
+        const placed = [];
+        cells.forEach((cell, at) => {
+            const behind = layout.length === 0 ? at : columnCount + at - layout.length;
+            placed[layout[at] ?? behind] = cell;
+        });
+        return placed;
+    }
+
+    function tableRows(row, placed, columns) {
         const cells = columns.map(({ index }) => {
-            const text = row.cells[index] === undefined ? "" : code(cellText(row.cells[index]));
+            const text = placed[index] === undefined ? "" : code(cellText(placed[index]));
             return element("td", {}, row.counts ? text : element("s", {}, text));
         });
         const below = [...row.note ? [element("p", { class: "why" }, row.note)] : [],
@@ -579,17 +589,18 @@
     }
 
     function tableSection(table) {
-        const most = Math.max(table.columns.length, ...table.rows.map(row => row.cells.length));
+        const placed = table.rows.map(row => cellsOf(row, table.columns.length));
+        const most = Math.max(table.columns.length, ...placed.map(cells => cells.length));
         // A column that no row has, a remark mostly, would only take room.
         const columns = Array.from({ length: most }, (_, index) => ({ index, name: table.columns[index] ?? "" }))
-            .filter(({ index }) => table.rows.some(row => row.cells[index] !== undefined));
+            .filter(({ index }) => placed.some(cells => cells[index] !== undefined));
         const body = table.rows.length === 0 ? paragraph("No rows.")
             : element("div", { class: "table", tabindex: "0", role: "group", "aria-label": `Rows of ${table.type}` },
                       element("table", {},
                               element("thead", {}, element("tr", {},
                                   ...["#", ...columns.map(column => column.name)].map(
                                       name => element("th", { scope: "col" }, name)))),
-                              element("tbody", {}, ...table.rows.flatMap(row => tableRows(row, columns)))));
+                              element("tbody", {}, ...table.rows.flatMap((row, at) => tableRows(row, placed[at], columns)))));
         return element("section", {}, element("h4", {}, marked(table.type)), placeOf(table), body);
     }
 
@@ -668,13 +679,17 @@
             section("Runs", list(nodes.map(nodeLink)))];
     }
 
+    const linkWords = ({ source, target, process, parameters }) =>
+        [code(source), " → ", code(target), process ? " (process)" : "",
+            ...parameters.length ? [" with ", code(parameters.map(textOf).join(", "))] : []];
+
     function tracePanel(trace) {
         const rows = tracedRows();
         return [element("p", { class: "eyebrow" }, "explained write"),
             element("h2", {}, trace.url),
-            trace.link ? paragraph(code(trace.link.source), " → ", code(trace.link.target)) : null,
             paragraph("was written", ...trace.value === null ? [] : [" with ", code(textOf(trace.value))], ". ",
-                      `It entered ${counted(trace.nodes.length, "node", "nodes")} and followed `,
+                      ...trace.link ? ["For ", ...linkWords(trace.link), " it"] : ["It"],
+                      ` entered ${counted(trace.nodes.length, "node", "nodes")} and followed `,
                       `${counted(trace.edges.length, "edge", "edges")}.`),
             section("What the write did", rows.length ? list(rows) : paragraph("No row was run.")),
             section("Entered", list(trace.nodes.map(nodeLink)))];
@@ -693,8 +708,7 @@
         const from = graph.link;
         return [element("p", { class: "eyebrow" }, "dependency graph"),
             element("h2", {}, graph.description),
-            from ? paragraph(code(from.source), " → ", code(from.target), from.process ? " (process)" : "",
-                             ...from.parameters.length ? [" with ", code(from.parameters.map(textOf).join(", "))] : []) : null,
+            from ? paragraph(...linkWords(from)) : null,
             from ? placeOf(from) : null,
             graph.nodes.length === 0 ? paragraph("There is no node in it: whatever is written, it does nothing.") : paragraph("Click a node, an edge or a watched URL for its rows. Pick a URL above to see what a write to it may run."),
             section("Findings", ...findings.length === 0 ? [paragraph("None.")]
