@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 namespace trace {
 
@@ -59,6 +60,18 @@ public:
     }
 
     int optionalNumber(const char* name) { return has(name) ? number(name) : -1; }
+
+    /// A number that counts from 0, and after which there is another one.
+    int index(const char* name)
+    {
+        const int value = number(name);
+        if (value < 0 || value == std::numeric_limits<int>::max()) {
+            complain(name, QStringLiteral("a whole number that counts from 0"));
+        }
+        return value;
+    }
+
+    int optionalIndex(const char* name) { return has(name) ? index(name) : -1; }
 
     QVariantList list(const char* name)
     {
@@ -118,12 +131,12 @@ TraversalObserver::Node node(Members& members)
 
 TraversalObserver::Condition condition(Members& members)
 {
-    return {members.number("index"), members.text("type")};
+    return {members.index("index"), members.text("type")};
 }
 
 TraversalObserver::Command command(Members& members)
 {
-    return {members.number("index"), members.text("type")};
+    return {members.index("index"), members.text("type")};
 }
 
 Event linkEvent(Members& members)
@@ -141,24 +154,24 @@ Event selectedEvent(Members& members)
 
 Event edgeEvent(Members& members)
 {
-    return EdgeDecided{{members.number("index"), members.text("successor"),
+    return EdgeDecided{{members.index("index"), members.text("successor"),
                         members.oneOf("decision", internal::edgeDecisionNames())}};
 }
 
 Event conditionRowEvent(Members& members)
 {
     return ConditionRowChecked{
-        {members.number("row"), members.oneOf("outcome", internal::conditionOutcomeNames()),
+        {members.index("row"), members.oneOf("outcome", internal::conditionOutcomeNames()),
          members.text("url"), members.optionalText("comparator"), members.optionalValue("expected"),
          members.optionalValue("actual")}};
 }
 
 Event commandRowEvent(Members& members)
 {
-    return CommandRowExecuted{{members.number("row"),
+    return CommandRowExecuted{{members.index("row"),
                                members.oneOf("outcome", internal::rowOutcomeNames()),
                                members.text("target"), members.optionalValue("unit"),
-                               members.optionalNumber("status"), members.optionalNumber("column")}};
+                               members.optionalNumber("status"), members.optionalIndex("column")}};
 }
 
 using Reading = std::function<Event(Members&)>;
@@ -236,6 +249,18 @@ bool isFirstLine(const QByteArray& text)
            object.value(QLatin1String("version")) == internal::formatVersion;
 }
 
+/// How many nodes are entered and not left after the event.
+int depthAfter(const Event& event, int before)
+{
+    if (std::holds_alternative<NodeEntered>(event)) {
+        return before + 1;
+    }
+    if (std::holds_alternative<NodeLeft>(event)) {
+        return std::max(before - 1, 0);
+    }
+    return std::holds_alternative<Link>(event) ? 0 : before;
+}
+
 } // namespace
 
 Trace readTrace(const QByteArray& text)
@@ -252,8 +277,20 @@ Trace readTrace(const QByteArray& text)
                     .arg(internal::formatVersion)});
         return trace;
     }
+    int depth = 0;
     for (int line = 1; line < lines.size(); ++line) {
+        const int count = trace.events.size();
         readLine(lines.at(line), line + 1, trace);
+        if (trace.events.size() > count) {
+            depth = depthAfter(trace.events.last(), depth);
+        }
+        if (depth > mostNodes) {
+            trace.events.removeLast();
+            trace.errors.append({line + 1, QStringLiteral("more than %1 nodes are within one "
+                                                          "another; the rest is not read")
+                                               .arg(mostNodes)});
+            break;
+        }
     }
     return trace;
 }

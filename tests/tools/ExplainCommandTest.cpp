@@ -375,6 +375,80 @@ TEST(ExplainTrace, has_words_for_everything_that_can_become_of_a_row_or_an_edge)
     expectGolden(QStringLiteral("explain-every-outcome"), result.out);
 }
 
+/// What is shown of a trace, whatever becomes of it.
+Result shown(const TestWorkspace& workspace, const QByteArray& text,
+             const QStringList& options = {})
+{
+    workspace.write(QStringLiteral("trace.ndjson"), text);
+    return run(explain(
+        QStringList{QStringLiteral("--trace"), workspace.path(QStringLiteral("trace.ndjson"))} +
+        options));
+}
+
+TEST(ExplainTrace, of_a_trace_that_stops_shows_what_came_before)
+{
+    const TestWorkspace workspace;
+    writeOddDescription(workspace);
+    const QByteArray whole = run(workspace, explainUnit({QStringLiteral("--json")})).out.toUtf8();
+    const QStringList all{QStringLiteral("--all")};
+    for (int end = whole.indexOf('\n'); end >= 0; end = whole.indexOf('\n', end + 1)) {
+        const QByteArray cut = whole.left(end + 1);
+        for (const QStringList& options : {QStringList(), all}) {
+            const Result result = shown(workspace, cut, options);
+            EXPECT_EQ(result.exitCode, 0) << end;
+            EXPECT_EQ(result.err, QString()) << end;
+        }
+    }
+    const int lastLine = whole.lastIndexOf('\n', -2) + 1;
+    for (int end = lastLine + 1; end < whole.size() - 1; end += 3) {
+        const Result result = shown(workspace, whole.left(end));
+        EXPECT_EQ(result.exitCode, 2) << end;
+        EXPECT_FALSE(result.out.isEmpty());
+    }
+}
+
+TEST(ExplainTrace, of_a_trace_that_lacks_a_line_shows_the_others)
+{
+    const TestWorkspace workspace;
+    writeOddDescription(workspace);
+    const QByteArray whole = run(workspace, explainUnit({QStringLiteral("--json")})).out.toUtf8();
+    for (int begin = whole.indexOf('\n') + 1; begin < whole.size();
+         begin = whole.indexOf('\n', begin) + 1) {
+        QByteArray text = whole;
+        text.remove(begin, whole.indexOf('\n', begin) + 1 - begin);
+        const Result result = shown(workspace, text, {QStringLiteral("--all")});
+        EXPECT_EQ(result.exitCode, 0) << begin;
+        EXPECT_EQ(result.err, QString()) << begin;
+    }
+}
+
+TEST(ExplainTrace, says_of_an_edge_no_more_than_the_trace_does)
+{
+    const TestWorkspace workspace;
+    const QByteArray begin = R"({"format":"unitflow/trace","version":1}
+{"event":"traversal-started","url":"s"}
+{"event":"node-selected","name":"Top","selection":"url","watched":"s"}
+{"event":"node-entered","name":"Top","type":"SwitchNode"}
+)";
+    const QByteArray condition =
+        R"({"event":"condition-started","index":0,"type":"ConditionWriteOnUrls"}
+{"event":"condition-row","row":0,"outcome":"differs","url":"t"}
+)";
+    const QByteArray decided = "{\"event\":\"edge-decided\",\"index\":0,\"successor\":\"A\","
+                               "\"decision\":\"followed-always\"}\n";
+    const QByteArray entered =
+        "{\"event\":\"node-entered\",\"name\":\"A\",\"type\":\"SwitchNode\"}\n";
+    const QString undecided = shown(workspace, begin + condition).out;
+    EXPECT_TRUE(undecided.contains(QStringLiteral("an edge is not decided\n")))
+        << undecided.toStdString();
+    EXPECT_TRUE(undecided.contains(QStringLiteral("fails: t was not written")));
+    const QString isReached = QStringLiteral("A is reached: no condition stands before it\n");
+    EXPECT_TRUE(shown(workspace, begin + decided).out.contains(isReached));
+    EXPECT_TRUE(shown(workspace, begin + decided + entered).out.contains(isReached));
+    const QString untold = shown(workspace, begin + condition + entered).out;
+    EXPECT_TRUE(untold.contains(QStringLiteral("an edge is reached\n"))) << untold.toStdString();
+}
+
 TEST(ExplainTrace, of_a_file_that_is_no_trace_is_an_error)
 {
     const TestWorkspace workspace;

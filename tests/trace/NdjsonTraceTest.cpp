@@ -451,4 +451,38 @@ TEST(TraceReader, misses_no_member_of_any_event_unnoticed)
     }
 }
 
+TEST(TraceReader, names_the_line_of_a_number_that_counts_nothing)
+{
+    const QByteArray edge =
+        R"({"event":"edge-decided","successor":"s","decision":"followed-always")";
+    const QByteArray condition =
+        R"({"event":"condition-row","outcome":"holds","url":"s","comparator":"==")";
+    const QByteArray command = R"({"event":"command-row","outcome":"changed","target":"t")";
+    for (const char* number :
+         {"-1", "-2147483648", "2147483647", "2147483648", "1e300", "-1e300"}) {
+        const QByteArray text(number);
+        for (const QByteArray& line :
+             {edge + ",\"index\":" + text + "}", condition + ",\"row\":" + text + "}",
+              command + ",\"row\":" + text + "}",
+              command + ",\"row\":0,\"column\":" + text + "}"}) {
+            const Errors errors = errorsOf(firstLine + line);
+            ASSERT_EQ(errors.size(), 1) << line.toStdString();
+            EXPECT_EQ(errors.front().first, 2);
+        }
+    }
+    EXPECT_EQ(errorsOf(firstLine + edge + ",\"index\":2147483646}"), Errors());
+}
+
+TEST(TraceReader, reads_no_further_than_1000_nodes_within_one_another)
+{
+    const QByteArray enter = "{\"event\":\"node-entered\",\"name\":\"n\",\"type\":\"\"}\n";
+    const QByteArray leave =
+        "{\"event\":\"node-left\",\"name\":\"n\",\"type\":\"\",\"outcome\":true}\n";
+    EXPECT_EQ(errorsOf(firstLine + leave + enter.repeated(1000) + leave + enter), Errors());
+    EXPECT_EQ(readTrace(firstLine + enter.repeated(60000)).events.size(), 1000);
+    EXPECT_EQ(
+        errorsOf(firstLine + enter.repeated(60000)),
+        (Errors{{1002, "more than 1000 nodes are within one another; the rest is not read"}}));
+}
+
 } // namespace

@@ -75,6 +75,35 @@ bool isFollowed(const EdgeRun& edge)
     return !edge.follows.empty();
 }
 
+/// What stands for an edge of which the process, or the trace, ended before it was told.
+const TraversalObserver::Edge unknownEdge{-1, {}, Decision::NoConditionHolds};
+
+/// An edge whose successor is not known.
+QString nameOf(const TraversalObserver::Edge& edge)
+{
+    return edge.index < 0 ? QStringLiteral("an edge")
+                          : QStringLiteral("edge %1").arg(edge.index + 1);
+}
+
+/// What became of an edge behind which nothing is told.
+QString fateOf(const EdgeRun& edge)
+{
+    if (!edge.edge) {
+        return QStringLiteral("not decided");
+    }
+    switch (edge.edge->decision) {
+    case Decision::FollowedAlways:
+    case Decision::FollowedByCondition:
+    case Decision::FollowedAsOnly:
+        return QStringLiteral("reached");
+    case Decision::NoConditionHolds:
+    case Decision::OneOfSeveral:
+    case Decision::LeadsNowhere:
+        break;
+    }
+    return QStringLiteral("not reached");
+}
+
 /// Why an edge is followed or not, where that is no matter of conditions.
 QString reasonOf(Decision decision)
 {
@@ -183,18 +212,16 @@ void TraceText::addCommand(const CommandRun& command, const Where& node)
 
 void TraceText::addEdge(const EdgeRun& edge, const Where& node)
 {
-    const TraversalObserver::Edge told =
-        edge.edge.value_or(TraversalObserver::Edge{-1, {}, Decision::NoConditionHolds});
+    const TraversalObserver::Edge told = edge.edge.value_or(unknownEdge);
     const QStringList path = file.successorPath(node.path, told.successor, told.index);
-    const QString name =
-        path.isEmpty() ? QStringLiteral("edge %1").arg(told.index + 1) : printable(path.last());
     const Where where{path, node.level};
+    const QString name = path.isEmpty() ? nameOf(told) : printable(path.last());
     if (isFollowed(edge)) {
         addFollowed(edge, name, where);
         return;
     }
     outline.addLine(where.level,
-                    QStringLiteral("%1 is not reached%2").arg(name, reasonOf(told.decision)),
+                    QStringLiteral("%1 is %2%3").arg(name, fateOf(edge), reasonOf(told.decision)),
                     file.placeOf(path));
     for (const ConditionRun& condition : edge.conditions) {
         addCondition(condition, {path, where.level + 1});
@@ -208,7 +235,8 @@ void TraceText::addFollowed(const EdgeRun& edge, const QString& name, const Wher
     std::size_t asked = 0;
     for (const std::unique_ptr<NodeRun>& run : edge.follows) {
         outline.addLine(where.level,
-                        QStringLiteral("%1 is reached%2").arg(name, reasonOf(edge.edge->decision)),
+                        QStringLiteral("%1 is reached%2")
+                            .arg(name, reasonOf(edge.edge.value_or(unknownEdge).decision)),
                         file.placeOf(where.path));
         bool isOpen = false;
         for (; asked < edge.conditions.size() && !isOpen; ++asked) {

@@ -44,7 +44,8 @@ QStringList DescriptionFile::successorPath(const QStringList& node, const QStrin
         return edges + QStringList{name};
     }
     const QStringList names = keysOf(edges);
-    return index < names.size() ? edges + QStringList{names.at(index)} : QStringList();
+    return index >= 0 && index < names.size() ? edges + QStringList{names.at(index)}
+                                              : QStringList();
 }
 
 QStringList DescriptionFile::conditionPath(const QStringList& successor, const QString& type)

@@ -25,7 +25,8 @@ public:
     DescriptionFile() = default;
     DescriptionFile(const filehost::Workspace& workspace, const QString& dependency);
 
-    /// The path of an edge's successor: by its name, or else by its number among the edges.
+    /// The path of an edge's successor: by its name, or else by its number among the edges. Empty
+    /// when neither is known.
     QStringList successorPath(const QStringList& node, const QString& name, int index) const;
     static QStringList conditionPath(const QStringList& successor, const QString& type);
     static QStringList commandPath(const QStringList& node, const QString& type);
