@@ -169,6 +169,29 @@ TEST(Why, names_the_description_whose_row_ends_the_process)
         << result.err.toStdString();
 }
 
+TEST(Why, counts_on_leaves_of_the_source_that_have_no_value_yet)
+{
+    const TestWorkspace workspace;
+    writeOne(workspace, R"({"S": {"Type": "SwitchNode", "Next": {"C": {"Type": "CommandNode",
+        "ConditionValueComparator": [["P", "==", "on"]],
+        "Commands": {"CommandSetUnitByConfigurationParameter": [["P", "", "X"]],
+                     "CommandSetUnitProperties": [["Y", "K"]]}}}}})");
+    for (const char* none : {"null", "{\"@unitType\": \"m\"}"}) {
+        workspace.write(QStringLiteral("configuration/s.json"),
+                        "{\"P\": " + QByteArray(none) + "}");
+        EXPECT_EQ(rowsIn(whyJson(workspace, QStringLiteral("t"), QStringLiteral("Y"))),
+                  QStringList{"/S/Next/C/Commands/CommandSetUnitProperties/0 P"})
+            << none;
+        const QJsonObject taken = whyJson(workspace, QStringLiteral("t"), QStringLiteral("X"));
+        EXPECT_EQ(rowsIn(taken),
+                  QStringList{"/S/Next/C/Commands/CommandSetUnitByConfigurationParameter/0 P"})
+            << none;
+        EXPECT_EQ(taken["rows"].toArray()[0].toObject()["units"], QJsonValue(QJsonArray()));
+        EXPECT_TRUE(run(workspace, {why, QStringLiteral("t"), QStringLiteral("X")})
+                        .out.contains(QStringLiteral("sets    the value of P, when it has one\n")));
+    }
+}
+
 TEST(Why, changes_no_file)
 {
     const TestWorkspace workspace;
@@ -416,13 +439,20 @@ public:
     {
         const QStringList values{"K", "Pa", "m"};
         const auto value = [&] { return values[pick(3)]; };
+        // A comparison may be with a leaf that has no value yet.
+        const auto leafValue = [&] {
+            const QStringList none{"null", "\"\""};
+            return comparesValues && pick(4) == 0 ? none[pick(2)]
+                                                  : QStringLiteral("\"%1\"").arg(value());
+        };
         for (const QString& name : names) {
             workspace.write(QStringLiteral("configuration/%1.json").arg(name),
-                            QStringLiteral(R"({"A": {"@value": "%1", "@unitType": "%2"}, "B": "%3",
-                "N": {"A": "%2", "B": {"@value": "%3", "@unitType": "x"}},
+                            QStringLiteral(R"({"A": {"@value": %1, "@unitType": %2}, "B": %3,
+                "N": {"A": %4, "B": {"@value": %3, "@unitType": "x"}},
                 "T": {"@type": "array", "@value": [],
                       "@arrayInformation": [{"name": "t", "unitType": "s"}, {"name": "u"}]}})")
-                                .arg(value(), value(), value())
+                                .arg(leafValue(), QStringLiteral("\"%1\"").arg(value()),
+                                     leafValue(), leafValue())
                                 .toUtf8());
         }
         for (int number = 0; number < 3; ++number) {

@@ -51,6 +51,27 @@ private:
     QString command;
 };
 
+/// Stands for the value of a leaf that has none yet: no text of a file.
+const QString& anyValue()
+{
+    static const QString text(QChar(0xFFFF));
+    return text;
+}
+
+/// Gives a value to each leaf that has none, as a write may; false when all have one.
+bool fillValues(const BaseClassSharedPointer& source)
+{
+    bool isAnyFilled = false;
+    for (const Leaf& leaf : leavesBelow(source, QString())) {
+        if (!leaf.value.isValid()) {
+            source->getChildData(leaf.url)->setDataProperty(Keys::getKeyDataPropertyValue(),
+                                                            anyValue());
+            isAnyFilled = true;
+        }
+    }
+    return isAnyFilled;
+}
+
 /// The nearer a row comes to set something, the more.
 int rank(RowOutcome outcome)
 {
@@ -86,7 +107,7 @@ public:
         if (known.urls.isEmpty() || known.urls.last() != url) {
             known.urls.append(url);
         }
-        if (isSet(row.outcome) && !known.units.contains(row.unit)) {
+        if (isSet(row.outcome) && row.unit != anyValue() && !known.units.contains(row.unit)) {
             known.units.append(row.unit);
         }
     }
@@ -111,13 +132,18 @@ private:
 QList<ReachingRow> rowsOf(Session& session, const Link& link, int number, const QString& wantedUrl)
 {
     const BaseClassSharedPointer source = session.view(filehost::sourceOf(link));
+    const BaseClassSharedPointer filled = session.load(filehost::sourceOf(link));
     const BaseClassSharedPointer target = session.load(filehost::targetOf(link));
     const QString description = session.description(link.dependency);
     DependencyWalker written;
     DependencyWalker walker;
-    if (!source || !target || description.isEmpty() ||
-        !written.initDependencyGraphByJsonString(description) ||
-        !walker.initDependencyGraphByJsonString(withOpenComparisons(description, source))) {
+    if (!source || !filled || !target || description.isEmpty()) {
+        return {};
+    }
+    const QList<BaseClassSharedPointer> sources =
+        fillValues(filled) ? QList{source, filled} : QList{source};
+    if (!written.initDependencyGraphByJsonString(description) ||
+        !walker.initDependencyGraphByJsonString(withOpenComparisons(description, filled))) {
         return {};
     }
 
@@ -135,7 +161,9 @@ QList<ReachingRow> rowsOf(Session& session, const Link& link, int number, const 
                              });
         const TraversalObservation observation(observer);
         QVariantList results;
-        walker.traverseDependencyGraph(url, source, target, results, link.parameters, {});
+        for (const BaseClassSharedPointer& present : sources) {
+            walker.traverseDependencyGraph(url, present, target, results, link.parameters, {});
+        }
     }
     return rows.take(leaves);
 }

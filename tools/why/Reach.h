@@ -31,13 +31,15 @@ bool operator<(const CommandRowId& left, const CommandRowId& right);
 /// It can reach the leaf if the engine, asked to run the link for some URL, runs the row and finds
 /// the leaf as its target. The URLs are those of the leaves of the source, which can be written,
 /// and those that the engine runs for the link without a write. A comparison counts as one that
-/// holds, as long as the source has the value and the comparator is known: values may become any.
+/// holds, as long as the source has the leaf and the comparator is known: values may become any.
+/// That is why a unit can also come from a leaf that has no value yet.
 struct ReachingRow {
     CommandRowId id;
     QString targetUrl;
     int column;                            ///< of an array; -1 for a whole leaf
     TraversalObserver::RowOutcome outcome; ///< the most that the row came to
-    QVariantList units;      ///< what it set, each once, with the present values of the source
+    QVariantList units;      ///< what it set, each once, with the present values of the source;
+                             ///< none from a leaf without one
     QStringList urls;        ///< for which it set something, or came that far
     bool everyWrite = false; ///< whether the leaves of the source are all among them
 };

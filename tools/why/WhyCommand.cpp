@@ -98,9 +98,13 @@ QString unitsText(const ReachingRow& row, const UnitOrigin& origin)
     case UnitOrigin::From::Row:
         return text;
     case UnitOrigin::From::Parameter:
-        return QStringLiteral("%1, the value of %2").arg(text, printable(origin.parameterUrl));
+        return text.isEmpty() ? QStringLiteral("the value of %1, when it has one")
+                                    .arg(printable(origin.parameterUrl))
+                              : QStringLiteral("%1, the value of %2")
+                                    .arg(text, printable(origin.parameterUrl));
     case UnitOrigin::From::Write:
-        return QStringLiteral("%1, the written value").arg(text);
+        return text.isEmpty() ? QStringLiteral("the written value")
+                              : QStringLiteral("%1, the written value").arg(text);
     }
     return {};
 }
