@@ -174,8 +174,8 @@ TEST(Program, that_the_engine_ends_says_by_which_link)
     EXPECT_NE(result.exitCode, 0);
     EXPECT_NE(result.exitCode, 1);
     EXPECT_NE(result.exitCode, 2);
-    EXPECT_TRUE(
-        result.err.startsWith(QStringLiteral("error: dependency/units.json: ASSERT failure")))
+    EXPECT_TRUE(result.err.startsWith(
+        QStringLiteral("error: dependency/units.json: a row ends the program")))
         << result.err.toStdString();
     EXPECT_TRUE(result.err.contains(
         QStringLiteral("\n    in controller → display through units (Oven1/)\n")))
@@ -191,12 +191,12 @@ TEST(Program, that_a_missing_column_ends_names_it_as_a_possible_cause)
     const Result result =
         runShell(workspace.path(),
                  QStringLiteral("ulimit -c 0; unitflow resolve controller recorder units"));
-    EXPECT_TRUE(
-        result.err.startsWith(QStringLiteral("error: dependency/units.json: ASSERT failure")))
+    EXPECT_TRUE(result.err.startsWith(
+        QStringLiteral("error: dependency/units.json: a row ends the program")))
         << result.err.toStdString();
     EXPECT_TRUE(result.err.contains(QStringLiteral(
-        "\n    the program ends here and writes nothing more: a row has too few cells, or\n"
-        "    names a column that the array does not have; \"unitflow check\" tells which\n")))
+        "\n    it has too few cells, or names a column that the array does not have;\n"
+        "    \"unitflow check\" tells which row it is; the engine says: ASSERT failure")))
         << result.err.toStdString();
 }
 
@@ -230,9 +230,8 @@ TEST(Program, that_looks_for_who_sets_a_unit_ends_at_a_missing_column_and_says_w
         runShell(workspace.path(), QStringLiteral("ulimit -c 0; unitflow why recorder Log"));
     EXPECT_NE(why.exitCode, 0);
     EXPECT_TRUE(why.err.contains(QStringLiteral(
-        "\n    the program ends here, as it would when that row is run: it has too few\n"
-        "    cells, or names a column that the array does not have; \"unitflow check\"\n"
-        "    tells which\n")))
+        "\n    it has too few cells, or names a column that the array does not have;\n"
+        "    \"unitflow check\" tells which row it is; the engine says: ASSERT failure")))
         << why.err.toStdString();
     const Result check = runShell(workspace.path(), QStringLiteral("unitflow check"));
     EXPECT_TRUE(check.out.contains(QStringLiteral("[column-out-of-range]")))

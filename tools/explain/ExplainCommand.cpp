@@ -56,6 +56,42 @@ QString placeWithoutColon(const Link& link)
     return place.left(place.lastIndexOf(QLatin1Char(':')));
 }
 
+/// How many of all links were left out since they do not watch what was written.
+QString silentText(int silent, std::size_t all, const QString& written)
+{
+    if (silent == 0) {
+        return {};
+    }
+    const QString links =
+        silent == static_cast<int>(all)
+            ? counted(silent, QStringLiteral("link does"), QStringLiteral("links do"))
+            : QStringLiteral("\n") + counted(silent, QStringLiteral("other link does"),
+                                             QStringLiteral("other links do"));
+    return QStringLiteral("%1 not watch %2; --all shows them.\n").arg(links, written);
+}
+
+/// Of a trace, what ran for one written URL after the other.
+void addTraversals(const LinkTrace& link, TraceText& text, Outline& outline)
+{
+    if (link.traversals.empty()) {
+        outline.addLine(1, QStringLiteral("nothing is told of it"));
+    }
+    for (const TraversalRun& traversal : link.traversals) {
+        const QString written = traversal.url.isEmpty()
+                                    ? QStringLiteral("without a write")
+                                    : QStringLiteral("a write to ") + printable(traversal.url);
+        outline.addLine(1, written);
+        text.add(traversal, 2);
+        if (!traversal.outcome) {
+            outline.addLine(2, QStringLiteral("what follows is not told"));
+        } else if (traversal.nodes.empty()) {
+            outline.addLine(2, QStringLiteral("no node watches it"));
+        } else if (!*traversal.outcome) {
+            outline.addLine(2, QStringLiteral("no command succeeds"));
+        }
+    }
+}
+
 /// The URLs of the leaves of a link's target, looked up once.
 TraceText::TargetUrls leavesOf(Session& session, const Link& link)
 {
@@ -186,6 +222,7 @@ void ExplainCommand::runLinks(Session& session, const QList<Link>& links, TraceR
 void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, Console& console)
 {
     const std::vector<LinkTrace> traces = traceTree(recorder.events());
+    isAnyNodeRun = std::any_of(traces.begin(), traces.end(), runsAnything);
     std::vector<std::size_t> order;
     for (std::size_t number = 0; number < traces.size(); ++number) {
         order.push_back(number);
@@ -214,13 +251,7 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
     }
     session.takeProblems(); // the links that ran have reported them
     console.show(outline.toText(console.color()));
-    if (silent > 0) {
-        console.show(
-            QStringLiteral("%1%2 not watch %3; --all shows them.\n")
-                .arg(silent == static_cast<int>(traces.size()) ? QString() : QStringLiteral("\n"),
-                     counted(silent, QStringLiteral("link does"), QStringLiteral("links do")),
-                     printable(write.url)));
-    }
+    console.show(silentText(silent, traces.size(), printable(write.url)));
 }
 
 /// False when there is nothing to tell but that nobody watches the URL.
@@ -240,12 +271,12 @@ bool ExplainCommand::addLink(Session& session, const LinkRun& run, const LinkTra
     TraceText text(file, isAll ? TraceText::Extent::Everything : TraceText::Extent::Decisive,
                    outline, leavesOf(session, link));
     for (const TraversalRun& traversal : trace.traversals) {
-        text.add(traversal);
+        text.add(traversal, 1);
     }
     if (isFailed) {
         outline.addLine(1, QStringLiteral("fails: what it needs cannot be had, or its result not "
                                           "be kept"));
-    } else if (!isAnswered(trace)) {
+    } else if (!runsAnything(trace)) {
         outline.addLine(1, QStringLiteral("no node watches %1").arg(printable(write.url)));
     } else if (run.outcome == Outcome::Unresolved) {
         outline.addLine(1, QStringLiteral("no command succeeds, so %1 is left as it is")
@@ -268,7 +299,7 @@ void ExplainCommand::showChanges(const Changes& changes, Console& console) const
     if (changes.list.isEmpty()) {
         console.show(QStringLiteral("Nothing would change.\n"));
     }
-    console.show(nothingFollows(write, runs));
+    console.show(nothingFollows(write, runs, isAnyNodeRun));
     console.show(QStringLiteral("Dry run: nothing was written.\n"));
 }
 
@@ -296,18 +327,22 @@ ExitCode ExplainCommand::explainFile(Console& console)
     }
     const DescriptionFile unknown;
     Outline outline;
-    for (const LinkTrace& link : traceTree(recorder.events())) {
+    const std::vector<LinkTrace> links = traceTree(recorder.events());
+    int silent = 0;
+    for (const LinkTrace& link : links) {
+        const bool isTold = isAll || !link.link || !isComplete(link) || link.traversals.empty() ||
+                            isAnswered(link) || changesAnything(link);
+        if (!isTold) {
+            ++silent;
+            continue;
+        }
         outline.addHeading(headingOf(link), {});
         TraceText text(unknown, isAll ? TraceText::Extent::Everything : TraceText::Extent::Decisive,
                        outline, {});
-        for (const TraversalRun& traversal : link.traversals) {
-            text.add(traversal);
-        }
-        if (!isAnswered(link)) {
-            outline.addLine(1, QStringLiteral("no node watches the URL"));
-        }
+        addTraversals(link, text, outline);
     }
     console.show(outline.toText(console.color()));
+    console.show(silentText(silent, links.size(), QStringLiteral("what was written")));
     return trace.errors.isEmpty() ? ExitCode::Done : ExitCode::Failed;
 }
 

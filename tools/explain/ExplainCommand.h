@@ -51,6 +51,7 @@ private:
 
     SourceWrite write; ///< as understood
     QList<LinkRun> runs;
+    bool isAnyNodeRun = false; ///< for any of the links
 };
 
 } // namespace tools

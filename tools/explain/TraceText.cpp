@@ -130,7 +130,7 @@ TraceText::TraceText(const DescriptionFile& file, Extent extent, Outline& outlin
     : file(file), extent(extent), outline(outline), targetUrls(std::move(targetUrls))
 {}
 
-void TraceText::add(const TraversalRun& traversal)
+void TraceText::add(const TraversalRun& traversal, int level)
 {
     url = traversal.url;
     told.clear();
@@ -140,9 +140,9 @@ void TraceText::add(const TraversalRun& traversal)
     for (const std::unique_ptr<NodeRun>* node : order) {
         const NodeRun& run = **node;
         const QStringList path{run.node.name};
-        outline.addLine(1, run.selected ? wordsFor(*run.selected) : printable(run.node.name),
+        outline.addLine(level, run.selected ? wordsFor(*run.selected) : printable(run.node.name),
                         file.placeOf(path));
-        addNode(run, {path, 2});
+        addNode(run, {path, level + 1});
     }
 }
 

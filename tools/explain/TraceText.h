@@ -28,7 +28,8 @@ public:
     /// `targetUrls` may be empty, as when there is only a trace.
     TraceText(const DescriptionFile& file, Extent extent, Outline& outline, TargetUrls targetUrls);
 
-    void add(const TraversalRun& traversal);
+    /// What ran for a written URL. `level` is that of the nodes in the outline.
+    void add(const TraversalRun& traversal, int level);
 
 private:
     /// Where in the graph, and how deep in the outline, something stands.

@@ -26,13 +26,14 @@ public:
         if (links.empty()) {
             links.emplace_back();
         }
-        links.back().traversals.push_back({event.url, {}});
+        links.back().traversals.push_back({event.url, {}, {}});
         running.push_back({links.back().traversals.size() - 1, {}, {}});
     }
 
-    void operator()(const trace::TraversalFinished& /*event*/)
+    void operator()(const trace::TraversalFinished& event)
     {
         if (!running.empty()) {
+            links.back().traversals[running.back().number].outcome = event.outcome;
             running.pop_back();
         }
     }
@@ -186,6 +187,18 @@ bool changesAnything(const LinkTrace& trace)
         return std::any_of(traversal.nodes.begin(), traversal.nodes.end(),
                            [](const auto& node) { return changesAnything(*node); });
     });
+}
+
+bool runsAnything(const LinkTrace& trace)
+{
+    return std::any_of(trace.traversals.begin(), trace.traversals.end(),
+                       [](const auto& traversal) { return !traversal.nodes.empty(); });
+}
+
+bool isComplete(const LinkTrace& trace)
+{
+    return std::all_of(trace.traversals.begin(), trace.traversals.end(),
+                       [](const auto& traversal) { return traversal.outcome.has_value(); });
 }
 
 bool isAnswered(const LinkTrace& trace)

@@ -45,6 +45,7 @@ struct NodeRun {
 struct TraversalRun {
     QString url;
     std::vector<std::unique_ptr<NodeRun>> nodes; ///< the top-level ones that ran
+    std::optional<bool> outcome;                 ///< nothing when its end is not told
 };
 
 /// What ran for one link, or before the first one.
@@ -60,8 +61,12 @@ std::vector<LinkTrace> traceTree(const QList<trace::Event>& events);
 /// Whether anything below changed a unit.
 bool changesAnything(const NodeRun& node);
 bool changesAnything(const LinkTrace& trace);
+/// Whether any node ran, one that watches nothing included.
+bool runsAnything(const LinkTrace& trace);
 /// Whether a node ran that watches the URL.
 bool isAnswered(const LinkTrace& trace);
+/// Whether all that was started is told to its end.
+bool isComplete(const LinkTrace& trace);
 
 } // namespace tools
 

@@ -186,6 +186,9 @@ QString wordsFor(const TraversalObserver::CommandRow& told, const QString& type,
 
 QString wordsForDropped(const DescriptionFile::Row& row, Kind kind, const QString& type)
 {
+    if (!row.isList) {
+        return QStringLiteral("skips a row that is no list");
+    }
     const TypeDescription* const description = TypeCatalog::find(kind, type);
     const QString lengths = description == nullptr ? QString() : layoutText(description->table);
     return QStringLiteral("skips a row of %1: it takes %2")

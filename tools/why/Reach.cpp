@@ -168,18 +168,6 @@ QList<ReachingRow> rowsOf(Session& session, const Link& link, int number, const 
     return rows.take(leaves);
 }
 
-/// What ends the process while a link is run for all URLs.
-Diagnostic fatalProblem(const Session& session, const Link& link, const QString& message)
-{
-    return {
-        Severity::Error,
-        {Problem::Code::Shape, fileOf(session.workspace(), link.dependency), 0, 0, message,
-         QStringLiteral("the program ends here, as it would when that row is run: it has too few "
-                        "cells, or names a column that the array does not have; \"unitflow check\" "
-                        "tells which")},
-        link};
-}
-
 /// The numbers of the links that have the instance as their target, under whatever name.
 QList<int> linksTo(const Session& session, const QList<Link>& links, const Instance& instance)
 {
@@ -317,7 +305,9 @@ Reach reachOf(Session& session, const QList<Link>& links, const Instance& instan
     const QList<int> numbers = linksTo(session, links, instance);
     for (const int number : numbers) {
         const Messages messages([&](const QString& lastWords) {
-            console.report(fatalProblem(session, links.at(number), lastWords));
+            const Link& link = links.at(number);
+            console.report(Diagnostic{Severity::Error,
+                                      endOfProgram(session.workspace(), link, lastWords), link});
         });
         const QList<ReachingRow> rows = rowsOf(session, links.at(number), number, url);
         session.takeProblems(); // they come again when the link is resolved

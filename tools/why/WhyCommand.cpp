@@ -240,7 +240,9 @@ bool WhyCommand::findLeaf(Session& session, Console& console)
     const BaseClassSharedPointer node = root->getChildData(url);
     const QList<Leaf> leaves = !node.isNull() ? leavesBelow(node, url) : QList<Leaf>();
     if (leaves.isEmpty() || leaves.first().url != url) {
-        console.report(unknownUrl(session.workspace(), instance, root, url));
+        const bool isInner = !node.isNull() && !url.isEmpty();
+        console.report(isInner ? notALeaf(session.workspace(), instance, node, url)
+                               : unknownUrl(session.workspace(), instance, root, url));
         return false;
     }
     leaf = leaves.first();
@@ -431,10 +433,17 @@ QString WhyCommand::decisionText(const Decision& decision) const
                   before.toString().isEmpty() ? QStringLiteral("(none)") : valueText(before), unit);
     const QString column =
         decision.column < 0 ? QString() : QStringLiteral("column %1: ").arg(decision.column);
-    return wrapped(column + QStringLiteral("%1, last set by %2:%3:%4")
-                                .arg(change, printable(row.file), QString::number(row.place.line),
-                                     QString::number(row.place.column)),
-                   lineWidth, 2);
+    const Link& link = links.at(decision.row.link);
+    const auto sharesDescription = [&](const Link& other) {
+        return other.dependency == link.dependency;
+    };
+    const bool isOneOfSeveral = std::count_if(links.begin(), links.end(), sharesDescription) > 1;
+    return wrapped(
+        column + QStringLiteral("%1, last set by %2:%3:%4%5")
+                     .arg(change, printable(row.file), QString::number(row.place.line),
+                          QString::number(row.place.column),
+                          isOneOfSeveral ? QStringLiteral(" for ") + describe(link) : QString()),
+        lineWidth, 2);
 }
 
 void WhyCommand::writeDocument(Console& console, ExitCode exitCode) const

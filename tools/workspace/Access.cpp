@@ -102,6 +102,17 @@ Problem unknownUrl(const Workspace& workspace, const Instance& instance,
                                     .arg(nearest, typed(instance.name), option)};
 }
 
+Problem notALeaf(const Workspace& workspace, const Instance& instance,
+                 const BaseClassSharedPointer& node, const QString& url)
+{
+    return {Problem::Code::Shape,
+            fileOf(workspace, instance),
+            0,
+            0,
+            QStringLiteral("%1 is no leaf: it has no value, only children").arg(quoted(url)),
+            nearestNamesText(url, urlsOf(leavesBelow(node, url)))};
+}
+
 QString fileOf(const Workspace& workspace, const Instance& instance)
 {
     QList<Problem> ignored;

@@ -34,6 +34,10 @@ filehost::Problem unknownUrl(const filehost::Workspace& workspace,
                              const filehost::Instance& instance, const BaseClassSharedPointer& root,
                              const QString& url);
 
+/// What to report when `url` names a node of an instance that has only children.
+filehost::Problem notALeaf(const filehost::Workspace& workspace, const filehost::Instance& instance,
+                           const BaseClassSharedPointer& node, const QString& url);
+
 /// The file of an instance, as problems name it.
 QString fileOf(const filehost::Workspace& workspace, const filehost::Instance& instance);
 

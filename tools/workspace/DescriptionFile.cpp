@@ -84,7 +84,9 @@ QList<DescriptionFile::Row> DescriptionFile::droppedRows(const QStringList& tabl
     const Table& found = read(table, *type);
     for (int row = 0; row < found.rows.size(); ++row) {
         if (!std::binary_search(found.kept.begin(), found.kept.end(), row)) {
-            dropped.append({row + 1, found.rows.at(row).toList(), shown(places->row(table, row))});
+            const QVariant& cells = found.rows.at(row);
+            dropped.append({row + 1, cells.toList(), shown(places->row(table, row)),
+                            cells.canConvert(QMetaType::QVariantList)});
         }
     }
     return dropped;

@@ -38,6 +38,7 @@ public:
         int number;         ///< in the file, from 1
         QVariantList cells; ///< none without a file
         QString place;
+        bool isList = true; ///< of anything else nothing is kept
     };
 
     /// The row that an observer calls `row`. Without a file its number is that among the rows that

@@ -77,11 +77,7 @@ LinkRunner::LinkRunner(filehost::Session& session, Resolve resolve, Report repor
 LinkRun LinkRunner::run(const filehost::Link& link, const QStringList& urls)
 {
     Messages messages([&](const QString& message) {
-        Problem problem = inDescription(link, message);
-        problem.advice = QStringLiteral("the program ends here and writes nothing more: a row has "
-                                        "too few cells, or names a column that the array does not "
-                                        "have; \"unitflow check\" tells which");
-        lastWords({Severity::Error, problem, link});
+        lastWords({Severity::Error, endOfProgram(session.workspace(), link, message), link});
     });
 
     LinkRun run{link, urls};
@@ -107,6 +103,19 @@ Problem LinkRunner::inDescription(const filehost::Link& link, const QString& mes
 {
     const QString file = fileOf(session.workspace(), link.dependency);
     return {Problem::Code::Shape, file, 0, 0, message, {}};
+}
+
+Problem endOfProgram(const filehost::Workspace& workspace, const filehost::Link& link,
+                     const QString& message)
+{
+    return {Problem::Code::Shape,
+            fileOf(workspace, link.dependency),
+            0,
+            0,
+            QStringLiteral("a row ends the program here; nothing more is written"),
+            QStringLiteral("it has too few cells, or names a column that the array does not have; "
+                           "\"unitflow check\" tells which row it is; the engine says: ") +
+                message.simplified()};
 }
 
 void complainAboutUnresolved(const LinkRun& run, Console& console)

@@ -53,6 +53,10 @@ private:
     Report lastWords;
 };
 
+/// What to report when a message of the engine is the last one: the process ends behind it.
+filehost::Problem endOfProgram(const filehost::Workspace& workspace, const filehost::Link& link,
+                               const QString& message);
+
 /// Says that a run left its target as it was, and for which URLs.
 void complainAboutUnresolved(const LinkRun& run, Console& console);
 

@@ -1,5 +1,6 @@
 #include "tools/workspace/SetCommand.h"
 
+#include "TraversalObserver.h"
 #include "tools/console/Console.h"
 #include "tools/console/Json.h"
 #include "tools/console/Text.h"
@@ -20,6 +21,14 @@ using filehost::Link;
 using filehost::Problem;
 using filehost::Session;
 using filehost::Workspace;
+
+/// Notes whether a description answers at all.
+class NodeObserver final : public TraversalObserver {
+public:
+    bool isAnySelected = false;
+
+    void nodeSelected(const SelectedNode& /*node*/) override { isAnySelected = true; }
+};
 
 } // namespace
 
@@ -108,9 +117,12 @@ bool SetCommand::readArguments(Console& console)
 void SetCommand::runLinks(Session& session, const QList<Link>& links, Console& console)
 {
     LinkRunner runner(session, console);
+    NodeObserver observer;
+    const TraversalObservation observation(observer);
     for (const Link& link : linksOf(write, links)) {
         runs.append(runner.run(link, {write.url}));
     }
+    isAnyNodeRun = observer.isAnySelected;
 }
 
 void SetCommand::showText(Console& console) const
@@ -124,7 +136,11 @@ void SetCommand::showText(Console& console) const
         console.show(QStringLiteral("Nothing changed: %1 has this value already.\n")
                          .arg(printable(write.url)));
     }
-    console.show(nothingFollows(write, runs));
+    const QString nothing = nothingFollows(write, runs, isAnyNodeRun);
+    console.show(nothing);
+    if (isAnyNodeRun && !nothing.isEmpty()) {
+        console.show(QStringLiteral("\"unitflow explain\" with the same write says why.\n"));
+    }
     if (isDryRun) {
         console.show(QStringLiteral("Dry run: nothing was written.\n"));
     }

@@ -41,6 +41,7 @@ private:
 
     // what came of it
     QList<LinkRun> runs;
+    bool isAnyNodeRun = false; ///< for any of the links
     Changes changes;
     bool isDone = false; ///< the value stands, whatever became of the links
 };

@@ -19,17 +19,6 @@ using filehost::Link;
 using filehost::Problem;
 using filehost::Session;
 
-Problem notALeaf(const QString& file, const BaseClassSharedPointer& node, const QString& url)
-{
-    const QString nearest = nearestNamesText(url, urlsOf(leavesBelow(node, url)));
-    return {Problem::Code::Shape,
-            file,
-            0,
-            0,
-            QStringLiteral("%1 is no leaf: it has no value, only children").arg(quoted(url)),
-            nearest};
-}
-
 Problem valueRefused(const QString& file, const SourceWrite& write)
 {
     return {Problem::Code::Write,
@@ -58,7 +47,7 @@ bool storeWrite(Session& session, const SourceWrite& write, Console& console)
         return false;
     }
     if (!isLeaf(leaf)) {
-        console.report(notALeaf(file, leaf, write.url));
+        console.report(notALeaf(workspace, write.instance, leaf, write.url));
         return false;
     }
     if (!write.value.isValid()) {
@@ -88,7 +77,7 @@ QList<Link> linksOf(const SourceWrite& write, const QList<Link>& links)
     return found;
 }
 
-QString nothingFollows(const SourceWrite& write, const QList<LinkRun>& runs)
+QString nothingFollows(const SourceWrite& write, const QList<LinkRun>& runs, bool isAnyNodeRun)
 {
     if (write.instance.kind == Kind::Process) {
         return QStringLiteral("Nothing follows: links start at configurations only.\n");
@@ -98,7 +87,10 @@ QString nothingFollows(const SourceWrite& write, const QList<LinkRun>& runs)
             .arg(printable(write.instance.name));
     }
     if (withOutcome(runs, Outcome::Unresolved).size() == runs.size()) {
-        return QStringLiteral("Nothing follows: no link of %1 answers a write to %2.\n")
+        return (isAnyNodeRun
+                    ? QStringLiteral("Nothing follows: links of %1 answer a write to %2, but none "
+                                     "of their commands succeeds.\n")
+                    : QStringLiteral("Nothing follows: no link of %1 answers a write to %2.\n"))
             .arg(printable(write.instance.name), printable(write.url));
     }
     return {};

@@ -28,7 +28,8 @@ bool storeWrite(filehost::Session& session, const SourceWrite& write, Console& c
 QList<filehost::Link> linksOf(const SourceWrite& write, const QList<filehost::Link>& links);
 
 /// Why nothing follows the write, in a line; empty when something does, or failed to.
-QString nothingFollows(const SourceWrite& write, const QList<LinkRun>& runs);
+/// `isAnyNodeRun` says whether any of the descriptions ran a node.
+QString nothingFollows(const SourceWrite& write, const QList<LinkRun>& runs, bool isAnyNodeRun);
 
 } // namespace tools
 
