@@ -330,9 +330,10 @@ TEST(ExplainTrace, names_the_line_of_what_is_no_event_and_shows_the_rest)
     EXPECT_EQ(result.err,
               QStringLiteral("error: %1:3:1: there is no event \"nothing\"\n").arg(file));
     EXPECT_EQ(result.out, QStringLiteral("(no link is named)\n"
-                                         "  Top always runs: it watches nothing\n"
-                                         "    does nothing: it has no command and no edge\n"
-                                         "  no node watches the URL\n"));
+                                         "  a write to s\n"
+                                         "    Top always runs: it watches nothing\n"
+                                         "      does nothing: it has no command and no edge\n"
+                                         "    what follows is not told\n"));
 }
 
 TEST(ExplainTrace, tells_of_types_that_a_host_added_and_of_tables_without_rows)
@@ -355,12 +356,14 @@ TEST(ExplainTrace, tells_of_types_that_a_host_added_and_of_tables_without_rows)
         run(explain({QStringLiteral("--trace"), workspace.path(QStringLiteral("trace.ndjson"))}))
             .out,
         QStringLiteral("(no link is named)\n"
-                       "  Top runs: it watches this URL\n"
-                       "    runs a command that the engine does not know\n"
-                       "    does nothing: CommandSetUnitProperties has no row\n"
-                       "    Next is not reached\n"
-                       "      fails: a condition that the engine does not know\n"
-                       "      fails: ConditionWriteOnUrls has no row\n"));
+                       "  a write to s\n"
+                       "    Top runs: it watches this URL\n"
+                       "      runs a command that the engine does not know\n"
+                       "      does nothing: CommandSetUnitProperties has no row\n"
+                       "      Next is not reached\n"
+                       "        fails: a condition that the engine does not know\n"
+                       "        fails: ConditionWriteOnUrls has no row\n"
+                       "    what follows is not told\n"));
 }
 
 TEST(ExplainTrace, has_words_for_everything_that_can_become_of_a_row_or_an_edge)
@@ -514,6 +517,7 @@ TEST(ExplainTrace, names_each_written_url_and_what_came_of_it)
                              "    no command succeeds\n"
                              "  a write to B\n"
                              "    no node watches it\n"
+                             "\n"
                              "s → v through d\n"
                              "  without a write\n"
                              "    what follows is not told\n"
