@@ -48,6 +48,18 @@ std::shared_ptr<const JsonText> parse(CheckedFile& checked)
     return problems.isEmpty() ? text : nullptr;
 }
 
+/// Whether the engine has anything to do for the links of a description.
+void checkHasNodes(const std::vector<Node>& nodes, const DescriptionPlaces& places,
+                   Findings& findings)
+{
+    if (nodes.empty() && findings.isEmpty()) {
+        findings.add(Code::NoEffect, places.valueAt(JsonText::root),
+                     QStringLiteral("the description has no nodes, so the links that name it do "
+                                    "nothing"),
+                     QStringLiteral("write { \"name of a node\": { ... } }, or remove the links"));
+    }
+}
+
 /// Finds links that name what is not there.
 class MissingFiles {
 public:
@@ -172,6 +184,9 @@ CheckedFile WorkspaceCheck::checkDescription(const QString& name, QList<Problem>
     checkGraph(nodes, places, patterns, findings);
     if (linksOf.contains(name)) {
         checkLinks(name, nodes, text, findings, problems);
+        checkHasNodes(nodes, places, findings);
+    } else if (Units* const known = knownUnits(problems)) {
+        checkFixedUnits(nodes, places, *known, findings);
     }
     checked.findings = findings.take();
     for (const Problem& problem : session.takeProblems()) {
@@ -274,12 +289,17 @@ void WorkspaceCheck::readUnits(QList<Problem>& problems)
     unitsFile = CheckedFile{QLatin1String(unitsFileName), {}, {}};
     const auto bytes = filehost::readBytes({path, unitsFile->name}, problems);
     if (!bytes) {
+        units.reset();
         return;
     }
     unitsFile->bytes = *bytes;
     QList<Problem> inText;
-    if (const auto text = JsonText::parse(*bytes, unitsFile->name, inText)) {
+    const auto text = JsonText::parse(*bytes, unitsFile->name, inText);
+    if (text) {
         units->add(*text, inText);
+    }
+    if (!text || text->kind(JsonText::root) != JsonText::Kind::Object) {
+        units.reset(); // which of them the workspace would list cannot be told
     }
     for (const Problem& problem : inText) {
         unitsFile->findings.append(findingOf(problem, Code::BadUnit));

@@ -46,6 +46,9 @@ QString lineOf(const QByteArray& bytes, int line)
     }
     const int end = bytes.indexOf('\n', begin);
     QString text = QString::fromUtf8(bytes.mid(begin, end < 0 ? -1 : end - begin));
+    if (text.endsWith(QLatin1Char('\r'))) {
+        text.chop(1); // of a line end of two characters
+    }
     return text.remove(QChar(QChar::ByteOrderMark)).replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
@@ -53,7 +56,7 @@ QString lineOf(const QByteArray& bytes, int line)
 QString characters(const QVector<uint>& line, int column, int length)
 {
     const QVector<uint> some = line.mid(column, length);
-    return printable(QString::fromUcs4(some.constData(), some.size())).remove(QLatin1Char('\r'));
+    return printable(QString::fromUcs4(some.constData(), some.size()));
 }
 
 /// The line of a finding with a mark below what it is about.
