@@ -281,6 +281,26 @@ TEST(LinkFindings, tell_of_a_list_that_is_to_be_a_unit)
     EXPECT_TRUE(set.first().message.contains("sets it all the same"));
 }
 
+TEST(LinkFindings, tell_how_a_link_is_written)
+{
+    ExampleWorkspace workspace(
+        {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["C", "m"]]}}})",
+         source,
+         target,
+         {},
+         {}});
+    workspace.write("links.json", R"([
+{"source": "configuration/controller", "target": "display.json", "dependency": "units"},
+{"source": "controller", "target": "display", "dependency": "units", "Process": true}
+])");
+    const QList<Finding> findings = workspace.check();
+    ASSERT_EQ(findings.size(), 3);
+    EXPECT_TRUE(findings.at(0).advice.startsWith("write \"controller\""));
+    EXPECT_TRUE(findings.at(1).advice.startsWith("write \"display\""));
+    EXPECT_EQ(findings.at(2).message, "\"Process\" means nothing in a link");
+    EXPECT_EQ(findings.at(2).advice, "did you mean \"process\"?");
+}
+
 TEST(LinkFindings, tell_what_links_name_and_is_not_there)
 {
     ExampleWorkspace workspace(
