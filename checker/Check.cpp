@@ -12,6 +12,9 @@
 #include <QFile>
 #include <QSet>
 
+#include <algorithm>
+#include <tuple>
+
 namespace checker {
 
 using filehost::DescriptionPlaces;
@@ -48,6 +51,43 @@ std::shared_ptr<const JsonText> parse(CheckedFile& checked)
     return problems.isEmpty() ? text : nullptr;
 }
 
+/// Whether the engine has anything to do for the links of a description.
+void checkHasNodes(const std::vector<Node>& nodes, const DescriptionPlaces& places,
+                   Findings& findings)
+{
+    if (nodes.empty() && findings.isEmpty()) {
+        findings.add(Code::NoEffect, places.valueAt(JsonText::root),
+                     QStringLiteral("the description has no nodes, so the links that name it do "
+                                    "nothing"),
+                     QStringLiteral("write { \"name of a node\": { ... } }, or remove the links"));
+    }
+}
+
+/// Leaves out what stands in links of other descriptions. What names none may be of any.
+void leaveOutOthers(const QStringList& descriptions, const JsonText& text, QList<Finding>& findings)
+{
+    const auto standsBefore = [](const filehost::json::Place& left, const Place& right) {
+        return std::tie(left.line, left.column) <= std::tie(right.line, right.column);
+    };
+    for (const JsonText::Index entry : text.children(JsonText::root)) {
+        const JsonText::Index named = text.kind(entry) == JsonText::Kind::Object
+                                          ? text.member(entry, QStringLiteral("dependency"))
+                                          : JsonText::none;
+        if (named == JsonText::none || text.kind(named) != JsonText::Kind::String ||
+            descriptions.contains(text.value(named).toString())) {
+            continue;
+        }
+        const auto begin = text.place(text.node(entry).value.begin);
+        const auto end = text.place(text.node(entry).value.end);
+        findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                      [&](const Finding& finding) {
+                                          return standsBefore(begin, finding.place) &&
+                                                 !standsBefore(end, finding.place);
+                                      }),
+                       findings.end());
+    }
+}
+
 /// Finds links that name what is not there.
 class MissingFiles {
 public:
@@ -82,12 +122,31 @@ private:
         const QString what = &names == &descriptions ? QStringLiteral("description")
                              : &names == &processes  ? QStringLiteral("process description")
                                                      : QStringLiteral("configuration");
-        checked.findings.append(
-            {Code::MissingFile, checked.name, place,
-             QStringLiteral("there is no %1 %2; the link cannot be resolved")
-                 .arg(what, quoted(name)),
-             didYouMean(name, names.list, QStringLiteral("\"unitflow show\" lists what there is")),
-             std::nullopt, 0});
+        checked.findings.append({Code::MissingFile, checked.name, place,
+                                 QStringLiteral("there is no %1 %2; the link cannot be resolved")
+                                     .arg(what, quoted(name)),
+                                 adviceOn(name, names), std::nullopt, 0});
+    }
+
+    static QString adviceOn(const QString& name, const Names& names)
+    {
+        const QString plain = withoutFile(name);
+        for (const QString& likely : {plain, plain.section(QLatin1Char('/'), 1)}) {
+            if (names.known.contains(likely)) {
+                return QStringLiteral("write %1: a name stands without the folder and the ending "
+                                      "of its file")
+                    .arg(quoted(likely));
+            }
+        }
+        return didYouMean(name, names.list,
+                          QStringLiteral("\"unitflow show\" lists what there is"));
+    }
+
+    /// Without the ending of a file.
+    static QString withoutFile(const QString& name)
+    {
+        const QString ending = QStringLiteral(".json");
+        return name.endsWith(ending) ? name.chopped(ending.size()) : name;
     }
 
     const Names descriptions;
@@ -121,7 +180,7 @@ WorkspaceCheck::WorkspaceCheck(const filehost::Workspace& workspace)
     }
 }
 
-CheckedFile WorkspaceCheck::checkLinks()
+CheckedFile WorkspaceCheck::checkLinks(const QStringList& descriptions)
 {
     CheckedFile checked{QLatin1String(linksFile), {}, {}};
     QFile file(QDir(workspace.directory()).filePath(checked.name));
@@ -143,6 +202,9 @@ CheckedFile WorkspaceCheck::checkLinks()
                 checkParameters(*link, places, entry, checked);
                 ++link;
             }
+        }
+        if (!descriptions.isEmpty()) {
+            leaveOutOthers(descriptions, *text, checked.findings);
         }
     }
     sortByPlace(checked.findings);
@@ -172,6 +234,9 @@ CheckedFile WorkspaceCheck::checkDescription(const QString& name, QList<Problem>
     checkGraph(nodes, places, patterns, findings);
     if (linksOf.contains(name)) {
         checkLinks(name, nodes, text, findings, problems);
+        checkHasNodes(nodes, places, findings);
+    } else if (Units* const known = knownUnits(problems)) {
+        checkFixedUnits(nodes, places, *known, findings);
     }
     checked.findings = findings.take();
     for (const Problem& problem : session.takeProblems()) {
@@ -274,12 +339,17 @@ void WorkspaceCheck::readUnits(QList<Problem>& problems)
     unitsFile = CheckedFile{QLatin1String(unitsFileName), {}, {}};
     const auto bytes = filehost::readBytes({path, unitsFile->name}, problems);
     if (!bytes) {
+        units.reset();
         return;
     }
     unitsFile->bytes = *bytes;
     QList<Problem> inText;
-    if (const auto text = JsonText::parse(*bytes, unitsFile->name, inText)) {
+    const auto text = JsonText::parse(*bytes, unitsFile->name, inText);
+    if (text) {
         units->add(*text, inText);
+    }
+    if (!text || text->kind(JsonText::root) != JsonText::Kind::Object) {
+        units.reset(); // which of them the workspace would list cannot be told
     }
     for (const Problem& problem : inText) {
         unitsFile->findings.append(findingOf(problem, Code::BadUnit));

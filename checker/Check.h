@@ -14,6 +14,7 @@
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -36,8 +37,9 @@ class WorkspaceCheck {
 public:
     explicit WorkspaceCheck(const filehost::Workspace& workspace);
 
-    /// `links.json`: whether it can be read, and whether what its links name is there.
-    CheckedFile checkLinks();
+    /// `links.json`: whether it can be read, and whether what its links name is there. With
+    /// descriptions, only what bears on them.
+    CheckedFile checkLinks(const QStringList& descriptions = {});
 
     /// `units.json`: whether it can be read, and whether its definitions are units. Nothing when
     /// the workspace has none. Problems are those of units that cannot be had at all.

@@ -48,7 +48,7 @@ Example alone(const QString& description)
     return {description, {}, {}, {}, {}};
 }
 
-const char* const source = R"({ "Settings": { "SpeedUnit": "m/s", "Limit": 5 } })";
+const char* const source = R"({ "Settings": { "SpeedUnit": "m/s", "Limit": 5, "Enabled": true } })";
 const char* const target = R"({ "Line": { "Speed": { "@value": 1.2, "@unitType": "m/s" } } })";
 const char* const arrays = R"({
     "Log": {
@@ -113,7 +113,10 @@ QList<CodeDescription> nameCodes()
         {Code::MissingType, "missing-type", Severity::Error, "A node has no type",
          "A top-level node without a type is left out, with everything in it. An edge to such a "
          "node leads nowhere, and still counts when a command node looks whether it has exactly "
-         "one. \"Type\" is written just so: \"type\" is an ordinary name.",
+         "one. \"Type\" is written just so: \"type\" is an ordinary name. A node stands under a "
+         "name: a "
+         "\"Type\" directly in the description, or directly in \"Next\", is that of a node whose "
+         "name is missing.",
          alone(R"({
     "Node": {
         "type": "CommandNode",
@@ -290,7 +293,8 @@ QList<CodeDescription> graphCodes()
          "A node without commands has no effect where no node below has any. This is told once, of "
          "the topmost one. Where conditions stand on an edge in between, nothing is told: they "
          "name "
-         "the URLs that are run when nothing was written.",
+         "the URLs that are run when nothing was written. A description without any node does "
+         "nothing either, which is told where a link names it.",
          alone(R"({ "Node": { "Type": "CommandNode" } })"),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
         {Code::AlternativeConditions, "alternative-conditions", Severity::Warning,
@@ -368,7 +372,9 @@ QList<CodeDescription> rowCodes()
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", 1]])")),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "1"]])"))},
         {Code::EmptyUnit, "empty-unit", Severity::Warning, "A unit is empty",
-         "An empty unit disables the row. A unit cannot be taken away from a leaf.",
+         "An empty unit in a row disables the row. One that is taken from the source does not: it "
+         "takes away the unit that the leaf has. That is told where the row runs with the present "
+         "values and the leaf has a unit.",
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", ""]])")),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "1"]])"))},
         {Code::EmptyUrl, "empty-url", Severity::Warning, "A URL is empty",
@@ -531,7 +537,9 @@ QList<CodeDescription> linkCodes()
         {Code::UnknownSourceUrl, "unknown-source-url", Severity::Error,
          "A URL names no value of the source",
          "Nobody can write there, so a condition on it never holds, and a command that takes a "
-         "unit from there skips the row and says nothing. Case counts.",
+         "unit from there skips the row and says nothing. Case counts. It is the same with a leaf "
+         "that has no value, as long as it has none; a condition that only asks whether it was "
+         "written does not need one.",
          linked(commands(
              R"("CommandSetUnitByConfigurationParameter": [["Settings/Speed", "", "Line/Speed"]])")),
          linked(copySpeed)},
@@ -583,6 +591,14 @@ QList<CodeDescription> linkCodes()
          "beside a number, \"==\" never holds and \"!=\" always does.",
          linked(conditions(R"("ConditionValueComparator": [["Settings/Limit", "==", "high"]])")),
          linked(conditions(R"("ConditionValueComparator": [["Settings/Limit", "==", "5"]])"))},
+        {Code::TextAsTruth, "text-as-truth", Severity::Warning,
+         "A text is compared with a truth value",
+         "The constant is read in the type of the value, and as a truth value each text is true "
+         "but \"\", \"0\" and \"false\" in any case. So \"off\" and \"no\" are true. Nothing is "
+         "told of the texts that are read as they are meant: these, and \"true\", \"1\", \"yes\" "
+         "and \"on\".",
+         linked(conditions(R"("ConditionValueComparator": [["Settings/Enabled", "==", "off"]])")),
+         linked(conditions(R"("ConditionValueComparator": [["Settings/Enabled", "==", false]])"))},
         {Code::ConflictingUnits, "conflicting-units", Severity::Warning,
          "Two rows set different units on one leaf",
          "Both are run for the same write, one after the other: commands in the order of their "
@@ -599,7 +615,9 @@ QList<CodeDescription> linkCodes()
          "A text is set as a unit and is none",
          "The engine takes any text for a unit. Units are what UDUNITS-2 knows, from \"°C\" to "
          "\"kg/m³\", and what units.json lists. A number alone is none, except 1: it is the value "
-         "of another leaf. A unit that stands in a row is always looked at, one that is taken from "
+         "of another leaf. So is a unit with a number in front. A unit that stands in a row is "
+         "always "
+         "looked at, one that is taken from "
          "the source if the row runs with the present values. A list is none either; the command "
          "for columns skips it.",
          linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])")),

@@ -65,6 +65,7 @@ enum class Code {
     NotAnArray,
     ColumnOutOfRange,
     ConstantNeverEqual,
+    TextAsTruth,
     ConflictingUnits,
     UnknownUnit,
     OtherDimension,

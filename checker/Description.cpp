@@ -80,6 +80,7 @@ public:
     std::vector<Node> nodesIn(Index container, bool isTopLevel);
 
 private:
+    bool isNodeItself(Index container);
     Node readNode(Index member, bool isTopLevel);
     void readType(Node& node, Index type, const QStringList& others, bool isTopLevel);
     void readCommands(Node& node, Index commands);
@@ -102,12 +103,37 @@ private:
 std::vector<Node> Reader::nodesIn(Index container, bool isTopLevel)
 {
     std::vector<Node> nodes;
+    if (isNodeItself(container)) {
+        if (!isTopLevel) {
+            nodes.emplace_back().member = container; // an edge all the same
+        }
+        return nodes;
+    }
     for (const Index member : text.children(container)) {
-        if (!text.key(member).startsWith(QLatin1Char('@'))) {
+        const bool isSchema =
+            isTopLevel && text.isUnder(member, u"$schema") && text.kind(member) == JsonKind::String;
+        if (!isSchema && !text.key(member).startsWith(QLatin1Char('@'))) {
             nodes.push_back(readNode(member, isTopLevel));
         }
     }
     return nodes;
+}
+
+/// Whether there is a node where nodes by name belong, which is told.
+bool Reader::isNodeItself(Index container)
+{
+    const QString keyword = Keywords::getNodeTypeString();
+    const Index type = text.member(container, keyword);
+    const Index value = type == JsonText::none ? type : places.leafValue(type);
+    if (value == JsonText::none || text.kind(value) != JsonKind::String) {
+        return false;
+    }
+    findings.add(Code::MissingType, places.keyAt(type),
+                 QStringLiteral("a node stands here without a name, so the engine takes %1 and its "
+                                "neighbors for nodes, and finds no type in them")
+                     .arg(quoted(keyword)),
+                 QStringLiteral("write { \"name\": { \"Type\": ... } }"));
+    return true;
 }
 
 Node Reader::readNode(Index member, bool isTopLevel)

@@ -37,6 +37,7 @@ public:
     void add(const filehost::Link& link, Code code, const Place& place, const QString& message,
              const std::function<QString()>& advice);
 
+    bool isEmpty() const { return found.isEmpty(); }
     bool contains(Code code) const;
 
     /// In the order of the text.

@@ -27,12 +27,23 @@ struct Target {
     QString writtenUrl;
 };
 
-/// A unit that a row sets, by what makes units the same.
+/// A unit that a row sets.
+struct SetUnit {
+    QString text; ///< of the unit, or the URL of the source whose value it is
+    bool isFixed;
+};
+
+/// Who sets it, and when.
 struct Setting {
     QString writtenUrl;
-    QString unit;
+    SetUnit unit;
     Index cell; ///< of the target
 };
+
+QString wordsFor(const SetUnit& unit)
+{
+    return unit.isFixed ? quoted(unit.text) : QStringLiteral("the value of ") + quoted(unit.text);
+}
 
 class LinkChecker {
 public:
@@ -51,6 +62,7 @@ private:
     void add(Code code, Index cell, const QString& message, const Advice& advice);
     void checkCondition(const Table& condition);
     void checkConstant(const Row& row, const TableDescription& table, const QStringList& urls);
+    void checkIsTruth(Index cell, const QString& url, const QVariant& value);
     QStringList matchesOf(const QString& pattern);
     void checkSourceUrl(Index cell, const QString& consequence);
     void checkPattern(Index cell);
@@ -60,11 +72,15 @@ private:
     QList<Target> targetsByGroups(const TableDescription& table, const Row& row, Index cell);
     QList<Target> filledTarget(Index cell);
     void checkTargets(Index cell, const QList<Target>& targets);
+    QString adviceOnTarget(Index cell, const QString& missing) const;
+    QString firstParameter() const;
     void checkColumn(Index cell, const Row& row, const TableDescription& table);
-    void checkUnit(Index cell);
+    void checkUnit(Index cell, const QString& present);
+    QString presentUnit(const QString& leaf) const;
     void checkIsUnit(Index parameter, bool isSkipped);
     void noteSetting(const Row& row, const TableDescription& table, Index cell, const Target& set);
-    QString unitOf(const Row& row, const TableDescription& table, const Target& target) const;
+    bool areSame(const SetUnit& left, const SetUnit& right);
+    SetUnit unitOf(const Row& row, const TableDescription& table, const Target& target) const;
 
     const DescriptionPlaces& places;
     const Link& link;
@@ -78,9 +94,24 @@ private:
     bool endsProcess = false;
 };
 
+bool isUnknown(const QString& unit, Units& units)
+{
+    return !unit.isEmpty() && !units.isKnown(unit);
+}
+
+QString unknownUnitText(const QString& unit)
+{
+    return QStringLiteral("there is no unit %1; the engine sets it all the same").arg(quoted(unit));
+}
+
+QString showsLeaves()
+{
+    return QStringLiteral("\"unitflow show\" lists the leaves");
+}
+
 QString nearestIn(const Tree& tree, const QString& url)
 {
-    return didYouMean(url, tree.leaves(), QStringLiteral("\"unitflow show\" lists the leaves"));
+    return didYouMean(url, tree.leaves(), showsLeaves());
 }
 
 void LinkChecker::add(Code code, Index cell, const QString& message, const Advice& advice)
@@ -119,7 +150,10 @@ void LinkChecker::checkCondition(const Table& condition)
             writtenUrls += QSet<QString>(matches.begin(), matches.end());
             checkConstant(row, table, matches);
         } else if (!text.startsWith(DependencyWalkerDefinitions::getPrefixRegularExpression())) {
-            checkSourceUrl(cell, QStringLiteral("the row never holds"));
+            const bool readsValue = row.cell(table, CellRole::Constant) != JsonText::none;
+            if (readsValue || !source.isLeaf(text)) {
+                checkSourceUrl(cell, QStringLiteral("the row never holds"));
+            }
             writtenUrls.insert(text);
             checkConstant(row, table, {text});
         }
@@ -143,6 +177,7 @@ void LinkChecker::checkConstant(const Row& row, const TableDescription& table,
             continue;
         }
         if (converted.convert(value.userType())) {
+            checkIsTruth(cell, url, value);
             return;
         }
         other = url;
@@ -154,6 +189,23 @@ void LinkChecker::checkConstant(const Row& row, const TableDescription& table,
                 .arg(quoted(other), source.valueAt(other).toString()),
             [] { return QStringLiteral("write a constant of the type that the value has"); });
     }
+}
+
+/// Qt takes every text for true but "", "0" and "false". Whether one means that, few texts tell.
+void LinkChecker::checkIsTruth(Index cell, const QString& url, const QVariant& value)
+{
+    static const QStringList asTheyRead{
+        QString(),           QStringLiteral("false"), QStringLiteral("true"), QStringLiteral("1"),
+        QStringLiteral("0"), QStringLiteral("yes"),   QStringLiteral("on")};
+    const QString text = textOf(places, cell);
+    if (value.userType() != QMetaType::Bool || places.text().kind(cell) != JsonText::Kind::String ||
+        asTheyRead.contains(text.toLower())) {
+        return;
+    }
+    add(Code::TextAsTruth, cell,
+        QStringLiteral("%1 is a truth value, beside which the engine reads %2 as %3")
+            .arg(quoted(url), quoted(text), QVariant(QVariant(text).toBool()).toString()),
+        [] { return QStringLiteral("write true or false, without quotes"); });
 }
 
 QStringList LinkChecker::matchesOf(const QString& pattern)
@@ -176,21 +228,28 @@ void LinkChecker::checkSourceUrl(Index cell, const QString& consequence)
     if (url.isEmpty() || source.valueAt(url).isValid()) {
         return;
     }
+    if (source.isLeaf(url)) {
+        add(Code::UnknownSourceUrl, cell,
+            QStringLiteral("%1 of the source has no value; as long as it has none, %2")
+                .arg(quoted(url), consequence),
+            [] { return QStringLiteral("give it a value, or name a leaf that has one"); });
+        return;
+    }
     const bool isThere = !source.at(url).isNull();
     add(Code::UnknownSourceUrl, cell,
-        isThere ? QStringLiteral("%1 of %2 has no value; %3")
-                      .arg(quoted(url), quoted(link.source), consequence)
-                : QStringLiteral("%1 has no leaf %2; %3")
-                      .arg(quoted(link.source), quoted(url), consequence),
+        isThere ? QStringLiteral("%1 of the source is no leaf; %2").arg(quoted(url), consequence)
+                : QStringLiteral("the source has no leaf %1; %2").arg(quoted(url), consequence),
         [&] { return nearestIn(source, url); });
 }
 
 void LinkChecker::checkPattern(Index cell)
 {
     const QString text = textOf(places, cell);
-    if (patterns[text].isValid && matchesOf(text).isEmpty()) {
+    const bool isPrefixed =
+        text.startsWith(DependencyWalkerDefinitions::getPrefixRegularExpression());
+    if (patterns[text].isValid && !isPrefixed && matchesOf(text).isEmpty()) {
         add(Code::PatternMatchesNothing, cell,
-            QStringLiteral("the pattern matches no leaf of %1").arg(quoted(link.source)), [&] {
+            QStringLiteral("the pattern matches no leaf of the source"), [&] {
                 QString plain = text;
                 plain.remove(QLatin1Char('^')).remove(QLatin1Char('$'));
                 return didYouMean(plain, source.leaves(),
@@ -231,11 +290,11 @@ void LinkChecker::checkRow(const Table& command, const Row& row)
         checkPattern(pattern);
     }
     const Index unit = row.cell(table, CellRole::Unit);
-    if (unit != JsonText::none) {
-        checkUnit(unit);
-    }
     Index cell = JsonText::none;
     const QList<Target> targets = targetsOf(command, row, cell);
+    if (unit != JsonText::none) {
+        checkUnit(unit, targets.isEmpty() ? QString() : presentUnit(targets.first().url));
+    }
     if (targets.isEmpty()) {
         return;
     }
@@ -248,14 +307,24 @@ void LinkChecker::checkRow(const Table& command, const Row& row)
     }
 }
 
+/// Whether two units differ in their spelling only.
+bool LinkChecker::areSame(const SetUnit& left, const SetUnit& right)
+{
+    if (left.isFixed != right.isFixed) {
+        return false;
+    }
+    return left.text == right.text ||
+           (left.isFixed && units != nullptr && units->areEqual(left.text, right.text));
+}
+
 /// The leaves that a row may set, and the cell that names them. None when that cannot be told.
 QList<Target> LinkChecker::targetsOf(const Table& command, const Row& row, Index& cell)
 {
     const TableDescription& table = command.type->table;
     if ((cell = row.cell(table, CellRole::TargetUrl)) != JsonText::none) {
-        const QString prefix =
-            link.parameters.isEmpty() ? QString() : link.parameters.first().toString();
-        return {{prefix + textOf(places, cell), {}}};
+        const QString url = textOf(places, cell);
+        return parameterPlacesIn(url).isEmpty() ? QList<Target>{{firstParameter() + url, {}}}
+                                                : QList<Target>(); // told without a link
     }
     if ((cell = row.cell(table, CellRole::TargetUrlTemplate)) != JsonText::none) {
         return filledTarget(cell);
@@ -264,8 +333,11 @@ QList<Target> LinkChecker::targetsOf(const Table& command, const Row& row, Index
         return targetsByGroups(table, row, cell);
     }
     if ((cell = row.cell(table, CellRole::TargetColumn)) != JsonText::none) {
-        const ColumnTarget column = readColumnTarget(textOf(places, cell));
-        return column.complaint.isEmpty() ? QList<Target>{{column.arrayUrl, {}}} : QList<Target>();
+        const QString url = textOf(places, cell);
+        const ColumnTarget column = readColumnTarget(url);
+        return column.complaint.isEmpty() && parameterPlacesIn(url).isEmpty()
+                   ? QList<Target>{{column.arrayUrl, {}}}
+                   : QList<Target>();
     }
     return {};
 }
@@ -310,10 +382,15 @@ QList<Target> LinkChecker::targetsByGroups(const TableDescription& table, const 
 {
     const Pattern pattern = patterns[textOf(places, row.cell(table, CellRole::PatternWithGroups))];
     QList<Target> targets;
-    if (!pattern.isValid || !pattern.hasGroups()) {
-        return targets;
-    }
     const QString url = textOf(places, cell);
+    const QList<GroupPlace> taken = groupPlacesIn(url);
+    const bool isFilled = parameterPlacesIn(url).isEmpty() &&
+                          std::all_of(taken.begin(), taken.end(), [&](const GroupPlace& place) {
+                              return pattern.groups.contains(place.name);
+                          });
+    if (!pattern.isValid || !pattern.hasGroups() || !isFilled) {
+        return targets; // told without a link
+    }
     CommandSetUnitPropertiesRegExp filler({}); // without rows, to fill places as the engine does
     for (const QString& written : source.leaves()) {
         const QRegularExpressionMatch match = pattern.expression.match(written);
@@ -337,24 +414,54 @@ void LinkChecker::checkTargets(Index cell, const QList<Target>& targets)
         return;
     }
     const QString first = missing.first();
-    const auto advice = [&] { return nearestIn(target, first); };
-    const QString name = quoted(link.target);
+    const auto advice = [&] { return adviceOnTarget(cell, first); };
     const bool isNoneThere = std::all_of(targets.begin(), targets.end(), [&](const Target& wanted) {
         return missing.contains(wanted.url);
     });
     if (isNoneThere) {
         add(Code::UnknownTargetUrl, cell,
-            QStringLiteral("%1 has no leaf %2; the engine skips the row").arg(name, quoted(first)),
+            QStringLiteral("the target has no leaf %1; the engine skips the row")
+                .arg(quoted(first)),
             advice);
     } else {
         add(Code::SomeTargetsMissing, cell,
-            QStringLiteral("%1 has no leaf %2; the engine skips the row when %3 is written")
-                .arg(name, quoted(first),
+            QStringLiteral("the target has no leaf %1; the engine skips the row when %2 is written")
+                .arg(quoted(first),
                      quoted(std::find_if(targets.begin(), targets.end(),
                                          [&](const Target& wanted) { return wanted.url == first; })
                                 ->writtenUrl)),
             advice);
     }
+}
+
+/// What may have been meant where the target has no such leaf, as it is to be written in the cell.
+QString LinkChecker::adviceOnTarget(Index cell, const QString& missing) const
+{
+    const QString written = textOf(places, cell);
+    const QString prefix = firstParameter();
+    if (prefix.isEmpty() || missing != prefix + written) {
+        return nearestIn(target, missing);
+    }
+    if (!target.at(prefix + QLatin1Char('/') + written).isNull()) {
+        return QStringLiteral("end the parameter of the link with \"/\": %1")
+            .arg(quoted(prefix + QLatin1Char('/')));
+    }
+    QStringList behindPrefix;
+    for (const QString& leaf : target.leaves()) {
+        if (leaf.startsWith(prefix)) {
+            behindPrefix.append(leaf.mid(prefix.size()));
+        }
+    }
+    return behindPrefix.isEmpty()
+               ? QStringLiteral("no leaf of the target begins with the parameter of the link, %1")
+                     .arg(quoted(prefix))
+               : didYouMean(written, behindPrefix, showsLeaves());
+}
+
+/// What stands in front of fixed URLs.
+QString LinkChecker::firstParameter() const
+{
+    return link.parameters.isEmpty() ? QString() : link.parameters.first().toString();
 }
 
 void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription& table)
@@ -365,8 +472,7 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
     if (leaf.isNull()) {
         return;
     }
-    const QString name =
-        QStringLiteral("%1 of %2").arg(quoted(column.arrayUrl), quoted(link.target));
+    const QString name = QStringLiteral("%1 of the target").arg(quoted(column.arrayUrl));
     const QVariant columns = leaf->getDataProperty(Keys::getKeyDataPropertyArrayInformation());
     if (leaf->getDataProperty(Keys::getKeyDataPropertyType()).toString() !=
         Keys::getKeyDataTypeArray()) {
@@ -395,15 +501,22 @@ void LinkChecker::checkColumn(Index cell, const Row& row, const TableDescription
     }
 }
 
-void LinkChecker::checkUnit(Index cell)
+/// `present` is the unit of a leaf that the row sets.
+void LinkChecker::checkUnit(Index cell, const QString& present)
 {
     const QString text = textOf(places, cell);
-    if (units != nullptr && !text.isEmpty() && !units->isKnown(text)) {
-        add(Code::UnknownUnit, cell,
-            QStringLiteral("there is no unit %1; the engine sets it all the same")
-                .arg(quoted(text)),
-            [&] { return adviceOnUnit(text, *units); });
+    if (units != nullptr && isUnknown(text, *units)) {
+        add(Code::UnknownUnit, cell, unknownUnitText(text),
+            [&] { return adviceOnUnit(text, present, *units); });
     }
+}
+
+/// Empty when the leaf has none, or is not there.
+QString LinkChecker::presentUnit(const QString& leaf) const
+{
+    const BaseClassSharedPointer node = target.at(leaf);
+    return node.isNull() ? QString()
+                         : node->getDataProperty(Keys::getKeyDataPropertyUnitType()).toString();
 }
 
 /// Whether the value that is to be a unit could be one.
@@ -430,25 +543,24 @@ LinkOutline LinkChecker::outline() const
     return {urls, endsProcess};
 }
 
-/// What tells units apart: their text, or where their value comes from.
-QString LinkChecker::unitOf(const Row& row, const TableDescription& table,
+/// Empty when the row sets none.
+SetUnit LinkChecker::unitOf(const Row& row, const TableDescription& table,
                             const Target& target) const
 {
     const Index unit = row.cell(table, CellRole::Unit);
     if (unit != JsonText::none) {
-        const QString text = textOf(places, unit);
-        return text.isEmpty() ? QString() : quoted(text);
+        return {textOf(places, unit), true};
     }
     const Index parameter = row.cell(table, CellRole::SourceUrl);
     const QString url = parameter == JsonText::none ? target.writtenUrl : textOf(places, parameter);
-    return url.isEmpty() ? QString() : QStringLiteral("the value of ") + quoted(url);
+    return {source.valueAt(url).canConvert(QMetaType::QString) ? url : QString(), false};
 }
 
 void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Index cell,
                               const Target& set)
 {
-    const QString unit = unitOf(row, table, set);
-    if (unit.isEmpty() || target.at(set.url).isNull()) {
+    const SetUnit unit = unitOf(row, table, set);
+    if (unit.text.isEmpty() || target.at(set.url).isNull()) {
         return;
     }
     const bool hasColumn = row.cell(table, CellRole::TargetColumn) != JsonText::none;
@@ -460,12 +572,12 @@ void LinkChecker::noteSetting(const Row& row, const TableDescription& table, Ind
          ++known) {
         const bool isSameWrite = known->writtenUrl.isEmpty() || set.writtenUrl.isEmpty() ||
                                  known->writtenUrl == set.writtenUrl;
-        if (isSameWrite && known->unit != unit) {
+        if (isSameWrite && !areSame(known->unit, unit)) {
             add(Code::ConflictingUnits, cell,
                 QStringLiteral("this row sets the unit of %1 to %2, after line %3 set it to %4 in "
                                "the same write; the last one counts")
-                    .arg(quoted(leaf), unit, QString::number(places.valueAt(known->cell).line),
-                         known->unit),
+                    .arg(quoted(leaf), wordsFor(unit),
+                         QString::number(places.valueAt(known->cell).line), wordsFor(known->unit)),
                 [] {
                     return QStringLiteral("remove one of the two rows, or put them behind "
                                           "different conditions");
@@ -508,9 +620,31 @@ ParameterUse parameterUse(const std::vector<Node>& nodes, const DescriptionPlace
     return use;
 }
 
-QString adviceOnUnit(const QString& text, Units& units)
+void checkFixedUnits(const std::vector<Node>& nodes, const DescriptionPlaces& places, Units& units,
+                     Findings& findings)
 {
-    const QString nearest = units.nearest(text);
+    for (const Node& node : nodes) {
+        if (node.type == nullptr) {
+            continue; // the engine looks at nothing in it
+        }
+        for (const Table& command :
+             node.type->runsCommands ? node.commands : std::vector<Table>()) {
+            for (const Row& row : command.rows) {
+                const Index cell = row.cell(command.type->table, CellRole::Unit);
+                const QString text = cell == JsonText::none ? QString() : textOf(places, cell);
+                if (isUnknown(text, units)) {
+                    findings.add(Code::UnknownUnit, places.valueAt(cell), unknownUnitText(text),
+                                 adviceOnUnit(text, {}, units));
+                }
+            }
+        }
+        checkFixedUnits(node.successors, places, units, findings);
+    }
+}
+
+QString adviceOnUnit(const QString& text, const QString& present, Units& units)
+{
+    const QString nearest = units.nearest(text, present);
     return nearest.isEmpty()
                ? QStringLiteral("if it is a unit, list it in units.json")
                : QStringLiteral(

@@ -42,8 +42,12 @@ struct ParameterUse {
 ParameterUse parameterUse(const std::vector<Node>& nodes,
                           const filehost::DescriptionPlaces& places);
 
-/// What to do about a text that is no unit.
-QString adviceOnUnit(const QString& text, Units& units);
+/// Adds which of the units that stand in rows are none, for a description without a link.
+void checkFixedUnits(const std::vector<Node>& nodes, const filehost::DescriptionPlaces& places,
+                     Units& units, Findings& findings);
+
+/// What to do about a text that is no unit. `present` is the unit that the leaf has; may be empty.
+QString adviceOnUnit(const QString& text, const QString& present, Units& units);
 
 } // namespace checker
 

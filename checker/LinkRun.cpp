@@ -112,7 +112,8 @@ public:
     void commandRowExecuted(const CommandRow& row) override;
 
 private:
-    void checkKnown(const Setting& setting);
+    void checkKnown(const Setting& setting, const CommandRow& row);
+    void checkEmpty(const Setting& setting, const CommandRow& row, const QString& leaf);
     void checkDimension(const Setting& setting, const CommandRow& row, const QString& leaf);
     void checkConflict(const Setting& setting, const QString& leaf);
     QString presentUnit(const CommandRow& row) const;
@@ -187,8 +188,7 @@ void UnitObserver::commandStarted(const Command& started)
 void UnitObserver::commandRowExecuted(const CommandRow& row)
 {
     const QString unit = row.unit.toString();
-    if ((row.outcome != RowOutcome::Changed && row.outcome != RowOutcome::Unchanged) ||
-        unit.isEmpty()) {
+    if (row.outcome != RowOutcome::Changed && row.outcome != RowOutcome::Unchanged) {
         return;
     }
     const Setting setting{entered.back(), &command->type->table,
@@ -196,6 +196,10 @@ void UnitObserver::commandRowExecuted(const CommandRow& row)
     const QString leaf =
         row.column < 0 ? row.targetUrl
                        : QStringLiteral("%1[%2]").arg(row.targetUrl, QString::number(row.column));
+    if (unit.isEmpty()) {
+        checkEmpty(setting, row, leaf);
+        return;
+    }
     checkConflict(setting, leaf);
     settings.insert(leaf, setting);
     // A row that runs for every write mostly does the same.
@@ -206,7 +210,7 @@ void UnitObserver::commandRowExecuted(const CommandRow& row)
     if (linked.units->isKnown(unit)) {
         checkDimension(setting, row, leaf);
     } else {
-        checkKnown(setting);
+        checkKnown(setting, row);
     }
 }
 
@@ -222,7 +226,7 @@ bool UnitObserver::isNew(Code code, const QString& what)
 }
 
 /// Many rows may take one value: it is told at the first of them.
-void UnitObserver::checkKnown(const Setting& setting)
+void UnitObserver::checkKnown(const Setting& setting, const CommandRow& row)
 {
     if (setting.cell(CellRole::Unit) != JsonText::none) {
         return; // judged whether the row runs or not
@@ -234,8 +238,24 @@ void UnitObserver::checkKnown(const Setting& setting)
                      QStringLiteral("the value of %1 is %2, which is no unit; the engine sets it "
                                     "all the same")
                          .arg(quoted(url), quoted(setting.unit)),
-                     [&] { return adviceOnUnit(setting.unit, *linked.units); });
+                     [&] { return adviceOnUnit(setting.unit, presentUnit(row), *linked.units); });
     }
+}
+
+/// The engine skips an empty unit that stands in a row, but not one that it takes from the source.
+void UnitObserver::checkEmpty(const Setting& setting, const CommandRow& row, const QString& leaf)
+{
+    const Index parameter = setting.cell(CellRole::SourceUrl);
+    const QString url = parameter == JsonText::none ? writtenUrl : textOf(places, parameter);
+    const QString present = presentUnit(row);
+    if (present.isEmpty() || !isNew(Code::EmptyUnit, url)) {
+        return;
+    }
+    findings.add(linked.link, Code::EmptyUnit, places.valueAt(setting.unitCell()),
+                 QStringLiteral("the value of %1 is empty, so the engine takes its present unit %2 "
+                                "from %3")
+                     .arg(quoted(url), quoted(present), quoted(leaf)),
+                 [] { return QStringLiteral("write a unit there, \"1\" for a plain number"); });
 }
 
 QString UnitObserver::presentUnit(const CommandRow& row) const
@@ -275,7 +295,7 @@ void UnitObserver::checkConflict(const Setting& setting, const QString& leaf)
     const auto earlier = settings.constFind(leaf);
     const Index cell = setting.targetCell();
     if (earlier == settings.cend() || earlier->node == setting.node ||
-        earlier->unit == setting.unit ||
+        earlier->unit == setting.unit || linked.units->areEqual(earlier->unit, setting.unit) ||
         !isNew(Code::ConflictingUnits,
                QStringLiteral("%1 %2 %3").arg(cell).arg(earlier->targetCell()).arg(leaf))) {
         return;

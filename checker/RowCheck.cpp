@@ -96,7 +96,9 @@ void RowChecker::checkCell(Index cell, const ColumnDescription& column)
         checkPlaces(cell, text);
         break;
     case CellRole::TargetColumn:
-        checkColumn(cell, text);
+        if (parameterPlacesIn(text).isEmpty()) {
+            checkColumn(cell, text);
+        }
         checkPlaces(cell, text);
         break;
     case CellRole::Pattern:

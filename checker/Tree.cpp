@@ -11,15 +11,21 @@ using Keys = ConfigurationAndProcessDataDefinitions;
 
 namespace {
 
+/// What nothing stands below, or what has what only leaves have.
+bool isLeafNode(const BaseClassSharedPointer& node)
+{
+    return node->getChildMap().isEmpty() ||
+           node->getDataProperty(Keys::getKeyDataPropertyValue()).isValid() ||
+           node->getDataProperty(Keys::getKeyDataPropertyUnitType()).isValid();
+}
+
 void collectLeaves(const BaseClassSharedPointer& node, const QString& prefix, QStringList& urls)
 {
     const QHash<QString, BaseClassSharedPointer>& children = node->getChildMap();
     for (auto child = children.cbegin(); child != children.cend(); ++child) {
         const QString url = prefix + child.key();
         const BaseClassSharedPointer& below = child.value();
-        if (below->getChildMap().isEmpty() ||
-            below->getDataProperty(Keys::getKeyDataPropertyValue()).isValid() ||
-            below->getDataProperty(Keys::getKeyDataPropertyUnitType()).isValid()) {
+        if (isLeafNode(below)) {
             urls.append(url);
         }
         collectLeaves(below, url + QLatin1Char('/'), urls);
@@ -33,6 +39,12 @@ Tree::Tree(const BaseClassSharedPointer& root) : top(root) {}
 BaseClassSharedPointer Tree::at(const QString& url) const
 {
     return top->getChildData(url);
+}
+
+bool Tree::isLeaf(const QString& url) const
+{
+    const BaseClassSharedPointer node = at(url);
+    return !node.isNull() && isLeafNode(node);
 }
 
 QVariant Tree::valueAt(const QString& url) const

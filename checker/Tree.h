@@ -20,6 +20,8 @@ public:
 
     /// Null when the URL names nothing.
     BaseClassSharedPointer at(const QString& url) const;
+    /// Whether the URL names something that could have a value, be it that it has none yet.
+    bool isLeaf(const QString& url) const;
     /// Invalid when the URL names nothing that has a value.
     QVariant valueAt(const QString& url) const;
 

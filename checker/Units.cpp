@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <udunits2.h>
 
@@ -39,7 +40,7 @@ struct Definition {
 
 /// What plants write on their displays, and UDUNITS-2 does not know or takes for something else:
 /// mph for a thousandth of a phot, gal for an acceleration, dpt for a dry pint.
-constexpr std::array<Definition, 46> fieldUnits{{
+constexpr std::array<Definition, 64> fieldUnits{{
     {"Wh", "W h"},
     {"Ah", "A h"},
     {"var", "V A"},
@@ -66,14 +67,31 @@ constexpr std::array<Definition, 46> fieldUnits{{
     {"cfh", "ft3/hour"},
     {"sccm", "cm3/min"},
     {"slm", "l/min"},
+    {"lpm", "l/min"},
     {"Nm³", "m3"},
     {"Nm³/h", "m3/h"},
+    {"Nm³/min", "m3/min"},
+    {"Nm3", "m3"},
+    {"Nm3/h", "m3/h"},
+    {"Nm3/min", "m3/min"},
+    {"cbm", "m3"},
+    {"cbm/h", "m3/h"},
     {"Nl", "l"},
     {"Nl/min", "l/min"},
     {"barg", "bar"},
     {"bara", "bar"},
     {"psig", "psi"},
     {"psia", "psi"},
+    {"bar(g)", "bar"},
+    {"bar(a)", "bar"},
+    {"mbar(g)", "mbar"},
+    {"mbar(a)", "mbar"},
+    {"psi(g)", "psi"},
+    {"psi(a)", "psi"},
+    {"mH2O", "9806.65 Pa"},
+    {"mH₂O", "9806.65 Pa"},
+    {"mmH₂O", "9.80665 Pa"},
+    {"inH₂O", "249.08891 Pa"},
     {"mWS", "9806.65 Pa"},
     {"mmWS", "9.80665 Pa"},
     {"mmH2O", "9.80665 Pa"},
@@ -85,6 +103,7 @@ constexpr std::array<Definition, 46> fieldUnits{{
     {"%RH", "%"},
     {"vol%", "%"},
     {"dB", ""},
+    {"dBm", ""},
     {"pH", ""},
 }};
 
@@ -135,12 +154,27 @@ QString definitionShape()
                           R"(in terms of units that are known or stand above it)");
 }
 
-/// A number is a unit for UDUNITS-2: so many times 1.
-bool isMereNumber(const QString& text)
+/// A number is a unit for UDUNITS-2: so many times 1. In front of a unit it is so many of it, but
+/// in front of a sign it is a part: "1/min", "10^3/ml".
+const QRegularExpression& leadingNumber()
 {
-    bool isNumber = false;
-    text.toDouble(&isNumber);
-    return isNumber && text != QLatin1String("1");
+    static const QRegularExpression number(
+        QStringLiteral(R"(^(?>[-+]?\d+(\.\d*)?(e[-+]?\d+)?\s*)(?=$|[\p{L}%‰°µ]))"),
+        QRegularExpression::UseUnicodePropertiesOption);
+    return number;
+}
+
+/// A degree sign that is another one, or apart from its letter: for UDUNITS-2 "° C" is an angle by
+/// a charge.
+const QRegularExpression& oddDegree()
+{
+    static const QRegularExpression degree(QStringLiteral("\u00ba\\s*|\u00b0\\s+(?=[CF])"));
+    return degree;
+}
+
+bool isValue(const QString& text)
+{
+    return text != QLatin1String("1") && text.contains(leadingNumber());
 }
 
 /// Both are units of one system.
@@ -270,7 +304,7 @@ const Units::Unit& Units::unitOf(const QString& text)
 {
     auto known = units.find(text);
     if (known == units.end()) {
-        const bool isNone = text.isEmpty() || isMereNumber(text);
+        const bool isNone = text.isEmpty() || isValue(text) || text.contains(oddDegree());
         known = units.insert(text, isNone ? Unit() : parse(text));
     }
     return *known;
@@ -287,6 +321,13 @@ bool Units::areConvertible(const QString& left, const QString& right)
     return haveOneDimension(ofLeft.get(), unitOf(right).get());
 }
 
+bool Units::areEqual(const QString& left, const QString& right)
+{
+    const Unit ofLeft = unitOf(left); // the next line may move it
+    const Unit& ofRight = unitOf(right);
+    return ofLeft != nullptr && ofRight != nullptr && ut_compare(ofLeft.get(), ofRight.get()) == 0;
+}
+
 QString Units::kindOf(const QString& unit)
 {
     const Unit known = unitOf(unit);
@@ -300,19 +341,30 @@ QString Units::kindOf(const QString& unit)
     return base;
 }
 
-QString Units::nearest(const QString& text)
+/// Of what is offered, what fits the unit that is there; empty for anything.
+QStringList Units::candidates(const QString& present)
 {
-    QString trimmed = text.trimmed();
-    if (isKnown(trimmed)) {
-        return trimmed;
-    }
-    QStringList candidates = addedNames;
-    for (const QString& unit : commonUnits()) {
-        if (isKnown(unit)) {
-            candidates.append(unit);
+    QStringList fitting;
+    for (const QString& unit : addedNames + commonUnits()) {
+        if (isKnown(unit) && (!isKnown(present) || areConvertible(present, unit))) {
+            fitting.append(unit);
         }
     }
-    return filehost::nearestName(text, candidates);
+    return fitting;
+}
+
+QString Units::nearest(const QString& text, const QString& present)
+{
+    QString plain = text.trimmed();
+    plain.replace(oddDegree(), QStringLiteral("\u00b0")).remove(leadingNumber());
+    if (isKnown(plain)) {
+        return plain;
+    }
+    const QStringList offered = candidates(present);
+    const auto inOtherCase = std::find_if(offered.begin(), offered.end(), [&](const QString& unit) {
+        return unit.compare(plain, Qt::CaseInsensitive) == 0;
+    });
+    return inOtherCase != offered.end() ? *inOtherCase : filehost::nearestName(text, offered);
 }
 
 } // namespace checker

@@ -21,8 +21,8 @@ namespace checker {
 /// workspace's own.
 ///
 /// A text is a unit as it stands, character by character: with a blank in front it is none. A
-/// number alone is none either, except 1: it is the value of the wrong leaf. Each text is parsed
-/// once.
+/// number alone is none either, except 1: it is the value of the wrong leaf. Nor is a unit with a
+/// number in front of it: that is a value. Each text is parsed once.
 class Units {
 public:
     /// Reads the list of UDUNITS-2, which takes some milliseconds. Null with a problem when that is
@@ -44,11 +44,15 @@ public:
     /// over it, as between s and Hz.
     bool areConvertible(const QString& left, const QString& right);
 
+    /// Whether both are known and one and the same, as m3/h and m³/h.
+    bool areEqual(const QString& left, const QString& right);
+
     /// What a known unit measures, in words and in base units: "a pressure, m⁻¹·kg·s⁻²".
     QString kindOf(const QString& unit);
 
-    /// The known unit that is most like one that is none; empty when none is.
-    QString nearest(const QString& text);
+    /// The known unit that is most like one that is none; empty when none is. Where `present` is
+    /// known, only one that it can be converted to.
+    QString nearest(const QString& text, const QString& present = {});
 
 private:
     struct FreeUnit {
@@ -65,6 +69,7 @@ private:
     const Unit& unitOf(const QString& text);
     Unit define(const QString& name, const QString& definition) const;
     void enter(const QString& name, const Unit& unit);
+    QStringList candidates(const QString& present);
 
     std::unique_ptr<ut_system, FreeSystem> system;
     QStringList addedNames;     ///< to what UDUNITS-2 knows

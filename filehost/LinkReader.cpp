@@ -1,6 +1,7 @@
 #include "filehost/LinkReader.h"
 
 #include "filehost/Names.h"
+#include "filehost/NearestNames.h"
 
 #include <optional>
 
@@ -17,6 +18,12 @@ QString linkShape()
     return QStringLiteral(
         R"(a link is {"source": "A", "target": "B", "dependency": "D"}, optionally with )"
         R"("process": true and "parameters": [...])");
+}
+
+QStringList linkKeys()
+{
+    return {QStringLiteral("source"), QStringLiteral("target"), QStringLiteral("dependency"),
+            QStringLiteral("process"), QStringLiteral("parameters")};
 }
 
 /// Reads one entry; every problem of it is added.
@@ -73,9 +80,13 @@ private:
             }
             link.parameters = text.value(member).toList();
         } else {
+            const QString key = text.key(member);
+            const QString nearest = nearestName(key, linkKeys());
             problems.append(text.problem(
                 Problem::Code::Shape, text.node(member).key.begin,
-                QStringLiteral("a link has no \"%1\"").arg(text.key(member)), linkShape()));
+                QStringLiteral("\"%1\" means nothing in a link").arg(key),
+                nearest.isEmpty() ? linkShape()
+                                  : QStringLiteral("did you mean \"%1\"?").arg(nearest)));
         }
     }
 

@@ -98,6 +98,31 @@ TEST(UnitFindings, are_of_what_the_source_holds_where_the_row_runs)
               QStringList());
 }
 
+TEST(UnitFindings, are_of_an_empty_one_that_takes_away_what_the_leaf_has)
+{
+    const QList<Finding> findings =
+        inNodes(always("N", "CommandSetUnitByConfigurationParameter",
+                       R"(["Settings/Empty", "", "Bare"], ["Settings/Empty", "", "Speed"])"));
+    ASSERT_EQ(codesOf(findings), QStringList{"empty-unit"});
+    EXPECT_TRUE(findings.first().message.contains("\"m/s\" from \"Speed\""));
+}
+
+TEST(UnitFindings, are_of_a_fixed_unit_without_a_link)
+{
+    const ExampleWorkspace workspace(
+        {"{" + fixed("N", R"(["Speed", "m/sek"])") + "}", source, target, {}, R"({"pcs": null})"});
+    workspace.write("links.json", "[]");
+    EXPECT_EQ(codesOf(workspace.check()), QStringList{"unknown-unit"});
+}
+
+TEST(UnitFindings, suggest_what_fits_the_unit_of_the_leaf)
+{
+    const QList<Finding> findings = inNodes(fixed("N", R"(["Speed", "barr"], ["Bare", "barr"])"));
+    ASSERT_EQ(codesOf(findings), (QStringList{"unknown-unit", "unknown-unit"}));
+    EXPECT_FALSE(findings.first().advice.contains("\"bar\""));
+    EXPECT_TRUE(findings.last().advice.contains("\"bar\""));
+}
+
 TEST(UnitFindings, are_told_at_the_first_of_the_rows_that_take_one_value)
 {
     EXPECT_EQ(told(inNodes(always("N", "CommandSetUnitByConfigurationParameter",
@@ -213,6 +238,13 @@ TEST(Conflicts, are_none_where_the_units_are_the_same)
     EXPECT_EQ(codesOf(inNodes(fixed("A", R"(["Length", "m"])") + ",\n" +
                               always("B", "CommandSetUnitByConfigurationParameter",
                                      R"(["Settings/Unit", "", "Length"])"))),
+              QStringList());
+}
+
+TEST(Conflicts, are_none_where_one_unit_is_spelled_in_two_ways)
+{
+    EXPECT_EQ(codesOf(inNodes(fixed("A", R"(["Bare", "m3/h"])") + ",\n" +
+                              fixed("B", R"(["Bare", "m³/h"])"))),
               QStringList());
 }
 

@@ -99,12 +99,105 @@ TEST(LinkFindings, resolve_groups_for_each_leaf_that_a_pattern_matches)
               QStringList{"2:2+16 pattern-matches-nothing"});
 }
 
-TEST(LinkFindings, tell_leaves_without_a_value_from_those_that_are_missing)
+TEST(LinkFindings, tell_leaves_without_a_value_where_the_value_is_read)
 {
-    const QList<Finding> findings =
-        inCondition("ConditionWriteOnUrls", R"(["Settings/Empty"], ["Settings/Unit"])");
-    ASSERT_EQ(told(findings), QStringList{"4:2+16 unknown-source-url"});
-    EXPECT_TRUE(findings.first().message.contains("has no value"));
+    EXPECT_EQ(told(inCondition("ConditionWriteOnUrls", R"(["Settings/Empty"], ["Settings/Unit"])")),
+              QStringList())
+        << "it can be written";
+    for (const QList<Finding>& findings :
+         {inCondition("ConditionValueComparator", R"(["Settings/Empty", "==", 1])"),
+          inCommand("CommandSetUnitByConfigurationParameter", R"(["Settings/Empty", "", "C"])")}) {
+        ASSERT_EQ(findings.size(), 1);
+        EXPECT_EQ(findings.first().code, checker::Code::UnknownSourceUrl);
+        EXPECT_TRUE(findings.first().message.contains("as long as it has none"));
+        EXPECT_FALSE(findings.first().advice.contains("\"Settings/Empty\""));
+    }
+    EXPECT_EQ(told(inCondition("ConditionWriteOnUrls", R"(["Settings"])")),
+              QStringList{"4:2+10 unknown-source-url"})
+        << "this is no leaf";
+}
+
+TEST(LinkFindings, of_texts_beside_truth_values_are_of_those_that_read_otherwise)
+{
+    const auto found = [](const QString& constant) {
+        return told(
+            inCondition("ConditionValueComparator", "[\"Settings/On\", \"==\", " + constant + "]"));
+    };
+    EXPECT_EQ(found("\"off\""), QStringList{"4:23+5 text-as-truth"});
+    EXPECT_EQ(found("\"no\"").size(), 1);
+    EXPECT_EQ(found("\"0.0\"").size(), 1);
+    for (const char* asMeant : {"\"False\"", "\"0\"", "\"\"", "\"on\"", "true", "0"}) {
+        EXPECT_EQ(found(asMeant), QStringList()) << asMeant;
+    }
+    const QList<Finding> off =
+        inCondition("ConditionValueComparator", R"(["Settings/On", "==", "off"])");
+    EXPECT_TRUE(off.first().message.contains("reads \"off\" as true"));
+}
+
+TEST(LinkFindings, of_a_prefix_advise_as_the_cell_and_the_link_have_it)
+{
+    const auto advice = [](const QString& url, const QString& prefix) {
+        const QList<Finding> findings = inCommand(
+            "CommandSetUnitProperties", "[\"" + url + "\", \"m\"]", "[\"" + prefix + "\"]");
+        EXPECT_EQ(findings.size(), 1);
+        return findings.first().advice;
+    };
+    EXPECT_EQ(advice("Speed", "A"), "end the parameter of the link with \"/\": \"A/\"");
+    EXPECT_EQ(advice("Sped", "A/"), "did you mean \"Speed\"?");
+    EXPECT_EQ(advice("Speed", "D/"),
+              "no leaf of the target begins with the parameter of the link, \"D/\"");
+}
+
+TEST(LinkFindings, leave_out_what_follows_from_another_one)
+{
+    EXPECT_EQ(told(inCommand("CommandSetUnitPropertiesRegExp",
+                             R"(["^Zones/(?<z>.)/", "(?<Z>)(?<z>)/Speed", "m"])")),
+              QStringList{"2:22+6 unknown-group"});
+    EXPECT_EQ(told(inCommand("CommandSetUnitProperties", R"(["%1/Speed", "m"])")),
+              QStringList{"2:3+2 unfilled-place"});
+    EXPECT_EQ(told(inCommand("CommandSetUnitByConfigurationParameterArray",
+                             R"(["Settings/Unit", "Log[%1]"])")),
+              QStringList{"2:24+2 unfilled-place"});
+    EXPECT_EQ(told(inCondition("ConditionWriteOnUrlsRegExp", R"(["RE:^Zones/"])")),
+              QStringList{"4:3+3 prefixed-pattern"});
+}
+
+TEST(LinkFindings, of_one_missing_leaf_are_one_for_all_instances)
+{
+    ExampleWorkspace workspace(
+        {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["X", "m"]]}}})",
+         source,
+         target,
+         {},
+         {}});
+    workspace.write("configuration/other.json", target);
+    workspace.write("links.json",
+                    R"([{"source": "controller", "target": "display", "dependency": "units"},
+{"source": "controller", "target": "other", "dependency": "units"}])");
+    const QList<Finding> findings = workspace.check();
+    ASSERT_EQ(findings.size(), 1);
+    EXPECT_EQ(findings.first().otherLinks, 1);
+}
+
+TEST(LinkFindings, are_of_no_conflict_with_a_row_that_sets_nothing)
+{
+    const QString type = "CommandSetUnitByConfigurationParameter";
+    const QString missing =
+        R"(["Settings/Unit", "", "C"], ["Settings/None", "", "C"], ["Settings/List", "", "C"])";
+    for (const Finding& finding : inCommand(type, missing)) {
+        EXPECT_NE(finding.code, checker::Code::ConflictingUnits);
+    }
+    EXPECT_EQ(told(inCommand("CommandSetUnitProperties", R"(["C", "m3/h"], ["C", "m³/h"])")),
+              QStringList())
+        << "one unit in two spellings";
+}
+
+TEST(LinkFindings, are_of_a_description_that_has_no_nodes)
+{
+    for (const char* empty : {"{}", R"({"@comment": "later"})", R"({"$schema": "a.json"})"}) {
+        EXPECT_EQ(told(findingsIn(Example{empty, source, target, {}, {}})),
+                  QStringList{QString("1:1+%1 no-effect").arg(QString(empty).size())});
+    }
 }
 
 TEST(LinkFindings, read_constants_in_the_type_of_the_value)
@@ -188,9 +281,34 @@ TEST(LinkFindings, tell_of_a_list_that_is_to_be_a_unit)
     EXPECT_TRUE(set.first().message.contains("sets it all the same"));
 }
 
+TEST(LinkFindings, tell_how_a_link_is_written)
+{
+    ExampleWorkspace workspace(
+        {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["C", "m"]]}}})",
+         source,
+         target,
+         {},
+         {}});
+    workspace.write("links.json", R"([
+{"source": "configuration/controller", "target": "display.json", "dependency": "units"},
+{"source": "controller", "target": "display", "dependency": "units", "Process": true}
+])");
+    const QList<Finding> findings = workspace.check();
+    ASSERT_EQ(findings.size(), 3);
+    EXPECT_TRUE(findings.at(0).advice.startsWith("write \"controller\""));
+    EXPECT_TRUE(findings.at(1).advice.startsWith("write \"display\""));
+    EXPECT_EQ(findings.at(2).message, "\"Process\" means nothing in a link");
+    EXPECT_EQ(findings.at(2).advice, "did you mean \"process\"?");
+}
+
 TEST(LinkFindings, tell_what_links_name_and_is_not_there)
 {
-    ExampleWorkspace workspace({"{}", source, target, {}, {}});
+    ExampleWorkspace workspace(
+        {R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["C", "m"]]}}})",
+         source,
+         target,
+         {},
+         {}});
     workspace.write("links.json", R"([
 {"source": "controler", "target": "display", "dependency": "units"},
 {"source": "controller", "target": "display", "process": true, "dependency": "unit"},

@@ -52,8 +52,9 @@ public:
 TEST(Units, are_those_that_people_write)
 {
     const auto units = unitsWith("{}");
-    for (const char* unit : {"°C", "°F", "K", "mbar", "hPa", "psi", "m³/h", "ft³/min", "m/min",
-                             "mA", "mV", "Ω", "%", "1", "ppm", "kg/m³", "m/s^2", "1/min", "N m"}) {
+    for (const char* unit :
+         {"°C", "°F", "K", "mbar", "hPa",   "psi",   "m³/h",  "ft³/min", "m/min",   "mA",     "mV",
+          "Ω",  "%",  "1", "ppm",  "kg/m³", "m/s^2", "1/min", "N m",     "10^3/ml", "1e3/min"}) {
         EXPECT_TRUE(units->isKnown(unit)) << unit;
     }
 }
@@ -61,8 +62,9 @@ TEST(Units, are_those_that_people_write)
 TEST(Units, are_no_other_texts_and_no_mere_numbers)
 {
     const auto units = unitsWith("{}");
-    for (const char* text : {"", " m", "m ", "KPa", "pcs", "production", "true", "off", "0", "5",
-                             "-1.5", "1e3", "1.0"}) {
+    for (const char* text :
+         {"", " m", "m ", "KPa", "pcs", "production", "true", "off", "0", "5", "-1.5", "1e3", "1.0",
+          "5 bar", "1 bar", "2.5kPa", "100 %", "° C", "ºC"}) {
         EXPECT_FALSE(units->isKnown(text)) << "\"" << text << "\"";
     }
 }
@@ -94,7 +96,10 @@ TEST(Units, are_what_plants_take_them_for)
         {"mbarg", "Pa"},    {"bara", "psia"},   {"psig", "bar"},    {"mWS", "mbar"},
         {"mmWS", "Pa"},     {"mmH2O", "inH2O"}, {"cP", "mPa.s"},    {"mPas", "Pa.s"},
         {"kB", "bit"},      {"‰", "%"},         {"%RH", "%"},       {"vol%", "ppm"},
-        {"dB", "dB"},       {"pH", "pH"}};
+        {"dB", "dB"},       {"pH", "pH"},       {"Nm3", "m³"},      {"Nm3/h", "Nm³/min"},
+        {"Nm3/min", "lpm"}, {"bar(a)", "Pa"},   {"bar(g)", "Pa"},   {"mbar(g)", "Pa"},
+        {"psi(a)", "bar"},  {"psi(g)", "bar"},  {"mH2O", "mWS"},    {"mmH₂O", "Pa"},
+        {"lpm", "l/min"},   {"cbm", "m³"},      {"cbm/h", "m³/h"},  {"dBm", "dBm"}};
     for (const auto& [left, right] : pairs) {
         ASSERT_TRUE(units->isKnown(left)) << left.toStdString();
         ASSERT_TRUE(units->isKnown(right)) << right.toStdString();
@@ -102,6 +107,7 @@ TEST(Units, are_what_plants_take_them_for)
     }
     EXPECT_FALSE(units->areConvertible("dB", "%"));
     EXPECT_FALSE(units->areConvertible("pH", "H"));
+    EXPECT_FALSE(units->areConvertible("dBm", "dB"));
     EXPECT_FALSE(units->areConvertible("pH", "dB"));
 }
 
@@ -124,6 +130,33 @@ TEST(Units, that_are_nearly_written_are_offered)
     EXPECT_EQ(units->nearest("kg/m³.."), "kg/m³");
     EXPECT_EQ(units->nearest("peices"), "pieces");
     EXPECT_EQ(units->nearest("production"), "");
+    EXPECT_EQ(units->nearest("º C"), "°C");
+    EXPECT_EQ(units->nearest("° F"), "°F");
+    EXPECT_EQ(units->nearest("5 bar"), "bar");
+}
+
+TEST(Units, that_differ_in_case_only_are_offered_first)
+{
+    const auto units = unitsWith("{}");
+    EXPECT_EQ(units->nearest("KPA"), "kPa");
+    EXPECT_EQ(units->nearest("KM/H"), "km/h");
+}
+
+TEST(Units, that_fit_the_present_one_are_offered_only)
+{
+    const auto units = unitsWith("{}");
+    EXPECT_EQ(units->nearest("m/mn", "km/h"), "m/min");
+    EXPECT_EQ(units->nearest("barr", "mbar"), "bar");
+    EXPECT_EQ(units->nearest("barr", "°C"), "");
+    EXPECT_EQ(units->nearest("barr", "no unit at all"), "bar");
+}
+
+TEST(Units, are_equal_however_they_are_spelled)
+{
+    const auto units = unitsWith("{}");
+    EXPECT_TRUE(units->areEqual("m3/h", "m³/h"));
+    EXPECT_FALSE(units->areEqual("m³/h", "m³/s"));
+    EXPECT_FALSE(units->areEqual("pcs", "pcs"));
 }
 
 TEST(OwnUnits, are_of_a_kind_of_their_own_or_of_that_of_their_definition)
@@ -195,4 +228,19 @@ TEST(Units, that_cannot_be_read_are_told_once_and_leave_the_other_findings)
     EXPECT_EQ(told(check.checkDescription("units", problems).findings),
               QStringList{"1:74+3 unknown-target-url"});
     EXPECT_EQ(problems.size(), 1);
+}
+
+TEST(OwnUnits, that_cannot_be_read_leave_every_unit_without_a_judgment)
+{
+    for (const char* broken : {"{ \"pcs\": nul }", "[]"}) {
+        checker::Example example{
+            R"({"N": {"Type": "CommandNode", "Commands": {"CommandSetUnitProperties": [["X", "pcs"]]}}})",
+            "{}",
+            R"({"X": 1})",
+            {},
+            broken};
+        const QList<checker::Finding> findings = findingsIn(example);
+        ASSERT_EQ(findings.size(), 1) << broken;
+        EXPECT_EQ(findings.first().file, "units.json");
+    }
 }

@@ -203,7 +203,10 @@ TEST_F(Check, writes_no_member_that_sarif_does_not_have)
 {
     const QMap<QString, QString> known{
         {{}, QStringLiteral("$schema version runs")},
-        {QStringLiteral("runs"), QStringLiteral("columnKind results tool")},
+        {QStringLiteral("runs"), QStringLiteral("columnKind invocations results tool")},
+        {QStringLiteral("invocations"),
+         QStringLiteral("executionSuccessful toolExecutionNotifications")},
+        {QStringLiteral("toolExecutionNotifications"), QStringLiteral("level locations message")},
         {QStringLiteral("tool"), QStringLiteral("driver")},
         {QStringLiteral("driver"), QStringLiteral("informationUri name rules version")},
         {QStringLiteral("rules"), QStringLiteral("defaultConfiguration fullDescription help "
@@ -235,6 +238,10 @@ TEST_F(Check, writes_no_member_that_sarif_does_not_have)
                 visit(member.key(), member.value());
             }
         };
+    workspace.write(QStringLiteral("configuration/broken.json"), "{");
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controller", "target": "display", "dependency": "units"},
+{"source": "broken", "target": "display", "dependency": "units"}])");
     visit({}, run(workspace, check({QStringLiteral("--format"), QStringLiteral("sarif")})).json());
     EXPECT_EQ(met.size(), known.size());
 }
@@ -247,6 +254,100 @@ TEST_F(Check, explains_a_code)
     const Result unknown = run(check({QStringLiteral("--explain"), QStringLiteral("row-fetal")}));
     EXPECT_EQ(unknown.exitCode, 2);
     EXPECT_TRUE(unknown.err.contains(QLatin1String("\"row-fatal\"")));
+}
+
+TEST_F(Check, tells_of_a_description_what_its_links_and_the_units_have_wrong)
+{
+    workspace.write(QStringLiteral("links.json"),
+                    R"([{"source": "controler", "target": "display", "dependency": "units"},
+{"source": "none", "target": "display", "dependency": "other"},
+{"source": "controller", "dependency": "units"}])");
+    workspace.write(QStringLiteral("units.json"), "{ \"box\": \"24 pcs\" }");
+    const Result result = run(workspace, check({QStringLiteral("units")}));
+    EXPECT_EQ(result.exitCode, 1);
+    for (const char* place : {"links.json:1:13 [missing-file]", "links.json:3:1 [bad-link]",
+                              "units.json:1:10 [bad-unit]"}) {
+        EXPECT_TRUE(result.out.contains(QLatin1String(place))) << result.out.toStdString();
+    }
+    EXPECT_FALSE(result.out.contains(QLatin1String("links.json:2:"))) << "this is of another one";
+
+    workspace.write(QStringLiteral("links.json"), "[{]");
+    const Result broken = run(workspace, check({QStringLiteral("units")}));
+    EXPECT_EQ(broken.exitCode, 1);
+    EXPECT_TRUE(broken.out.contains(QLatin1String("links.json:1:3 [syntax]")))
+        << broken.out.toStdString();
+}
+
+TEST_F(Check, judges_each_file_as_what_it_is_and_once)
+{
+    workspace.write(QStringLiteral("units.json"), "{ \"box\": \"24 pcs\" }");
+    const auto checked = [&](const QStringList& files) {
+        return run(workspace, check(files + QStringList{QStringLiteral("--json")}));
+    };
+    const Result links = checked({QStringLiteral("links.json")});
+    EXPECT_EQ(links.exitCode, 0) << links.out.toStdString();
+    const Result units = checked({QStringLiteral("units.json")});
+    EXPECT_EQ(units.json()[QStringLiteral("findings")]
+                  .toArray()
+                  .first()[QStringLiteral("code")]
+                  .toString(),
+              QStringLiteral("bad-unit"));
+    const Result instance = run(workspace, check({QStringLiteral("configuration/display.json")}));
+    EXPECT_EQ(instance.exitCode, 2);
+    EXPECT_TRUE(instance.err.contains(QLatin1String("is an instance")))
+        << instance.err.toStdString();
+    const Result twice = checked({QStringLiteral("links.json"), QStringLiteral("./links.json")});
+    EXPECT_EQ(twice.json()[QStringLiteral("files")].toArray().size(), 1);
+    const Result empty = run(workspace, check({QString()}));
+    EXPECT_EQ(empty.exitCode, 2);
+    EXPECT_TRUE(empty.err.contains(QLatin1String("FILE is empty"))) << empty.err.toStdString();
+}
+
+TEST_F(Check, tells_in_each_format_what_could_not_be_read)
+{
+    workspace.write(QStringLiteral("configuration/display.json"), "{");
+    const auto result = [&](const char* format) {
+        return run(workspace, check({QStringLiteral("--format"), QLatin1String(format)}));
+    };
+    EXPECT_EQ(result("github").exitCode, 2);
+    EXPECT_TRUE(result("github").out.contains(QLatin1String("configuration/display.json,line=1")))
+        << result("github").out.toStdString();
+    const QJsonObject invocation = result("sarif")
+                                       .json()[QStringLiteral("runs")]
+                                       .toArray()
+                                       .first()[QStringLiteral("invocations")]
+                                       .toArray()
+                                       .first()
+                                       .toObject();
+    EXPECT_EQ(invocation[QStringLiteral("executionSuccessful")], false);
+    EXPECT_EQ(invocation[QStringLiteral("toolExecutionNotifications")].toArray().size(), 1);
+
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    R"({"N": {"Type": "CommandNode", "Commands":
+{"CommandSetUnitProperties": [["X", "m"]]}}})");
+    const QString summary = result("human").out;
+    EXPECT_FALSE(summary.contains(QLatin1String("Nothing found")));
+    EXPECT_TRUE(summary.endsWith(QLatin1String(", but not everything could be read.\n")))
+        << summary.toStdString();
+}
+
+TEST_F(Check, shows_lines_that_end_in_two_characters_without_the_first)
+{
+    const QByteArray units = workspace.read(QStringLiteral("dependency/units.json"));
+    workspace.write(QStringLiteral("dependency/units.json"),
+                    QByteArray(units).replace("\n", "\r\n"));
+    const Result result = run(workspace, check());
+    EXPECT_FALSE(result.out.contains(QLatin1String("000d"))) << result.out.toStdString();
+    workspace.write(QStringLiteral("dependency/units.json"), units);
+    EXPECT_EQ(result.out, run(workspace, check()).out);
+}
+
+TEST_F(Check, leaves_notes_out_when_it_is_to_be_quiet)
+{
+    const Result result = run(workspace, check({QStringLiteral("--quiet")}));
+    EXPECT_TRUE(result.out.contains(QLatin1String("error: ")));
+    EXPECT_TRUE(result.out.contains(QLatin1String("warning: ")));
+    EXPECT_FALSE(result.out.contains(QLatin1String("note: "))) << result.out.toStdString();
 }
 
 TEST_F(Check, changes_no_file)

@@ -48,6 +48,52 @@ Problem unknownFile(const QString& argument, const std::optional<Workspace>& wor
             nearestNamesText(argument, names)};
 }
 
+Problem emptyName()
+{
+    return {Problem::Code::Name,
+            {},
+            0,
+            0,
+            QStringLiteral("the name of a FILE is empty"),
+            QStringLiteral("name a description, or leave FILE out to check all of them")};
+}
+
+/// From the folder of the workspace down; empty for a file elsewhere.
+QString pathIn(const Workspace& workspace, const QString& path)
+{
+    const QString relative = QDir(QFileInfo(workspace.directory()).canonicalFilePath())
+                                 .relativeFilePath(QFileInfo(path).canonicalFilePath());
+    return relative.startsWith(QLatin1String("../")) ? QString() : relative;
+}
+
+bool isInstance(const QString& pathInWorkspace)
+{
+    return pathInWorkspace.startsWith(QLatin1String("configuration/")) ||
+           pathInWorkspace.startsWith(QLatin1String("process/"));
+}
+
+Problem noDescription(const QString& argument)
+{
+    return {Problem::Code::Shape,
+            argument,
+            0,
+            0,
+            QStringLiteral("the file is an instance, not a description"),
+            QStringLiteral("name a description, links.json or units.json; the instances of a "
+                           "description's links are looked at beside it")};
+}
+
+CheckedFile withoutNotes(CheckedFile file)
+{
+    file.findings.erase(std::remove_if(file.findings.begin(), file.findings.end(),
+                                       [](const Finding& finding) {
+                                           return checker::describe(finding.code).severity ==
+                                                  checker::Severity::Note;
+                                       }),
+                        file.findings.end());
+    return file;
+}
+
 } // namespace
 
 CLI::App* CheckCommand::declare(CLI::App& program)
@@ -66,7 +112,8 @@ CLI::App* CheckCommand::declare(CLI::App& program)
     command->footer(
         R"(Without FILE: every description and link of the workspace. FILE is the path of a
 description, or its name in the workspace. One of the workspace is checked for
-each link that names it, another one by itself.
+each link that names it, with what links.json and units.json have to do with
+it; another one by itself. FILE may be links.json or units.json, too.
 
 Exit code: 0 if nothing was found that --fail-on counts, 1 if something was, 2
 if something could not be read.
@@ -110,21 +157,21 @@ ExitCode CheckCommand::explain(Console& console) const
 
 bool CheckCommand::checkAll(Console& console)
 {
-    const std::optional<Workspace> workspace = openWorkspace(console);
+    QList<Problem> problems;
+    const std::optional<Workspace> workspace =
+        Workspace::open(console.options().directory, problems);
+    bool isRead = workspace && workspace->checkFolders(problems);
+    report(problems, console);
     if (!workspace) {
         return false;
     }
-    QList<Problem> problems;
-    bool isRead = workspace->checkFolders(problems);
-    console.report(problems);
     WorkspaceCheck check(*workspace);
     isRead = add(check.checkLinks(), {}, console) && isRead;
     QList<Problem> unitProblems;
     if (const auto units = check.checkUnits(unitProblems)) {
         files.append(*units);
     }
-    isRead = unitProblems.isEmpty() && isRead;
-    console.report(unitProblems);
+    isRead = report(unitProblems, console) && isRead;
     for (const QString& name : workspace->dependencyNames()) {
         QList<Problem> unreadable;
         const CheckedFile file = check.checkDescription(name, unreadable);
@@ -146,12 +193,39 @@ bool CheckCommand::checkFiles(Console& console)
     for (const std::string& argument : fileArguments) {
         isRead = checkFile(QString::fromStdString(argument), workspace, check, console) && isRead;
     }
+    if (!descriptions.isEmpty()) {
+        addWhatBears(*check, console);
+    }
     return isRead;
+}
+
+/// What is wrong with the links and units of the descriptions that were asked for.
+void CheckCommand::addWhatBears(WorkspaceCheck& check, Console& console)
+{
+    QList<Problem> problems;
+    const std::optional<CheckedFile> units = check.checkUnits(problems);
+    report(problems, console);
+    if (units && !units->findings.isEmpty() && !has(units->name)) {
+        files.prepend(*units);
+    }
+    const CheckedFile links = check.checkLinks(descriptions);
+    if (!links.findings.isEmpty() && !has(links.name)) {
+        files.prepend(links);
+    }
+}
+
+bool CheckCommand::has(const QString& name) const
+{
+    return std::any_of(files.begin(), files.end(),
+                       [&](const CheckedFile& file) { return file.name == name; });
 }
 
 bool CheckCommand::checkFile(const QString& argument, const std::optional<Workspace>& workspace,
                              std::optional<WorkspaceCheck>& check, Console& console)
 {
+    if (argument.isEmpty()) {
+        return report({emptyName()}, console);
+    }
     QString path = argument;
     if (!QFileInfo::exists(path) && workspace) {
         path = QDir(workspace->directory()).filePath(argument);
@@ -163,9 +237,26 @@ bool CheckCommand::checkFile(const QString& argument, const std::optional<Worksp
                                                                  : QString();
     }
     QList<Problem> problems;
+    const QString identity = name.isEmpty() ? QFileInfo(path).canonicalFilePath() : name;
+    if (!identity.isEmpty() && checkedPaths.contains(identity)) {
+        return true;
+    }
+    checkedPaths.insert(identity);
     if (!name.isEmpty()) {
+        descriptions.append(name);
         const CheckedFile file = check->checkDescription(name, problems);
         return add(file, problems, console);
+    }
+    const QString inWorkspace = workspace ? pathIn(*workspace, path) : QString();
+    if (inWorkspace == QLatin1String("links.json")) {
+        return add(check->checkLinks(), {}, console);
+    }
+    if (inWorkspace == QLatin1String("units.json")) {
+        const std::optional<CheckedFile> units = check->checkUnits(problems);
+        return add(units.value_or(CheckedFile{inWorkspace, {}, {}}), problems, console);
+    }
+    if (isInstance(inWorkspace)) {
+        return report({noDescription(argument)}, console);
     }
     QFile file(path);
     if (!QFileInfo::exists(path)) {
@@ -175,8 +266,7 @@ bool CheckCommand::checkFile(const QString& argument, const std::optional<Worksp
                          QStringLiteral("the file cannot be read"),
                          QStringLiteral("check that it is a file, and its permissions")});
     }
-    if (!problems.isEmpty()) {
-        console.report(problems);
+    if (!report(problems, console)) {
         return false;
     }
     return add(checker::checkText(file.readAll(), argument), {}, console);
@@ -184,8 +274,15 @@ bool CheckCommand::checkFile(const QString& argument, const std::optional<Worksp
 
 bool CheckCommand::add(const CheckedFile& file, const QList<Problem>& problems, Console& console)
 {
-    console.report(problems);
     files.append(file);
+    return report(problems, console);
+}
+
+/// Whether there is nothing to report.
+bool CheckCommand::report(const QList<Problem>& problems, Console& console)
+{
+    console.report(problems);
+    unread += problems;
     return problems.isEmpty();
 }
 
@@ -213,15 +310,16 @@ ExitCode CheckCommand::write(Console& console, bool isRead) const
         addFindings(json, files);
         console.write(json, exitCode);
     } else if (format == "sarif") {
-        console.print(findingsSarif(files, base));
+        console.print(findingsSarif(files, unread, base));
     } else if (format == "github") {
-        console.print(findingsGithub(files, base));
+        console.print(findingsGithub(files, unread, base));
     } else {
         for (const CheckedFile& file : files) {
-            console.print(findingsText(file, console.color()));
+            const CheckedFile shown = console.options().quiet ? withoutNotes(file) : file;
+            console.print(findingsText(shown, console.color()));
         }
         if (!files.isEmpty()) {
-            console.show(findingsSummary(files));
+            console.show(findingsSummary(files, isRead));
         }
     }
     return exitCode;

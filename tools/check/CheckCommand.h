@@ -5,7 +5,9 @@
 #include "tools/Command.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <string>
@@ -28,6 +30,9 @@ private:
                    std::optional<checker::WorkspaceCheck>& check, Console& console);
     bool add(const checker::CheckedFile& file, const QList<filehost::Problem>& problems,
              Console& console);
+    void addWhatBears(checker::WorkspaceCheck& check, Console& console);
+    bool has(const QString& name) const;
+    bool report(const QList<filehost::Problem>& problems, Console& console);
     ExitCode write(Console& console, bool isRead) const;
     bool hasFailed() const;
 
@@ -36,6 +41,9 @@ private:
     std::string format = "human";
     std::string code;
     QList<checker::CheckedFile> files;
+    QSet<QString> checkedPaths;      ///< a file counts once, however often it is named
+    QStringList descriptions;        ///< of the workspace, that were asked for
+    QList<filehost::Problem> unread; ///< why something could not be checked
 };
 
 } // namespace tools

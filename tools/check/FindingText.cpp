@@ -19,6 +19,7 @@ namespace {
 
 using checker::CheckedFile;
 using checker::Finding;
+using filehost::Problem;
 
 constexpr int numberWidth = 7;
 constexpr int excerptWidth = lineWidth - numberWidth - 3;
@@ -46,6 +47,9 @@ QString lineOf(const QByteArray& bytes, int line)
     }
     const int end = bytes.indexOf('\n', begin);
     QString text = QString::fromUtf8(bytes.mid(begin, end < 0 ? -1 : end - begin));
+    if (text.endsWith(QLatin1Char('\r'))) {
+        text.chop(1); // of a line end of two characters
+    }
     return text.remove(QChar(QChar::ByteOrderMark)).replace(QLatin1Char('\t'), QLatin1Char(' '));
 }
 
@@ -53,7 +57,7 @@ QString lineOf(const QByteArray& bytes, int line)
 QString characters(const QVector<uint>& line, int column, int length)
 {
     const QVector<uint> some = line.mid(column, length);
-    return printable(QString::fromUcs4(some.constData(), some.size())).remove(QLatin1Char('\r'));
+    return printable(QString::fromUcs4(some.constData(), some.size()));
 }
 
 /// The line of a finding with a mark below what it is about.
@@ -137,25 +141,55 @@ QVariantList sarifRules()
     return rules;
 }
 
-QVariantMap sarifLocation(const Finding& finding, const QString& base)
+QVariantMap sarifLocation(const QString& file, const checker::Place& place, const QString& base)
 {
-    const QByteArray uri = QUrl::toPercentEncoding(located(base, finding.file), "/");
+    const QByteArray uri = QUrl::toPercentEncoding(located(base, file), "/");
     QVariantMap physical{{QStringLiteral("artifactLocation"),
                           QVariantMap{{QStringLiteral("uri"), QString::fromLatin1(uri)}}}};
-    if (finding.place.line > 0) {
+    if (place.line > 0) {
         physical.insert(QStringLiteral("region"),
-                        QVariantMap{{QStringLiteral("startLine"), finding.place.line},
-                                    {QStringLiteral("startColumn"), finding.place.column},
-                                    {QStringLiteral("endColumn"),
-                                     finding.place.column + finding.place.length}});
+                        QVariantMap{{QStringLiteral("startLine"), place.line},
+                                    {QStringLiteral("startColumn"), place.column},
+                                    {QStringLiteral("endColumn"), place.column + place.length}});
     }
     QVariantMap location{{QStringLiteral("physicalLocation"), physical}};
-    if (!finding.place.pointer.isEmpty()) {
-        location.insert(QStringLiteral("logicalLocations"),
-                        QVariantList{QVariantMap{
-                            {QStringLiteral("fullyQualifiedName"), finding.place.pointer}}});
+    if (!place.pointer.isEmpty()) {
+        location.insert(
+            QStringLiteral("logicalLocations"),
+            QVariantList{QVariantMap{{QStringLiteral("fullyQualifiedName"), place.pointer}}});
     }
     return location;
+}
+
+/// All that is said of a finding, for those that have one text for it.
+QString messageOf(const Finding& finding)
+{
+    QStringList lines{finding.message, linkText(finding), finding.advice};
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
+}
+
+/// Whether everything could be read; else what could not.
+QVariantMap sarifInvocation(const QList<Problem>& unread, const QString& base)
+{
+    QVariantMap invocation{{QStringLiteral("executionSuccessful"), unread.isEmpty()}};
+    QVariantList notifications;
+    for (const Problem& problem : unread) {
+        QVariantMap notification{{QStringLiteral("level"), QStringLiteral("error")},
+                                 {QStringLiteral("message"),
+                                  withText(problem.message + QLatin1Char('\n') + problem.advice)}};
+        if (!problem.file.isEmpty()) {
+            notification.insert(
+                QStringLiteral("locations"),
+                QVariantList{sarifLocation(problem.file,
+                                           {problem.line, problem.column, 1, {0, 0}, {}}, base)});
+        }
+        notifications.append(notification);
+    }
+    if (!unread.isEmpty()) {
+        invocation.insert(QStringLiteral("toolExecutionNotifications"), notifications);
+    }
+    return invocation;
 }
 
 /// As the commands of a workflow spell text; their properties spell more.
@@ -182,7 +216,7 @@ QString findingsText(const CheckedFile& file, bool color)
     return text;
 }
 
-QString findingsSummary(const QList<CheckedFile>& files)
+QString findingsSummary(const QList<CheckedFile>& files, bool isAllRead)
 {
     std::array<int, 3> counts{}; // by severity
     for (const CheckedFile& file : files) {
@@ -198,9 +232,12 @@ QString findingsSummary(const QList<CheckedFile>& files)
             parts.append(counted(count, nameOf(severity), nameOf(severity) + QLatin1Char('s')));
         }
     }
-    return QStringLiteral("%1 in %2.\n")
-        .arg(parts.isEmpty() ? QStringLiteral("Nothing found") : enumerated(parts),
-             counted(files.size(), QStringLiteral("file"), QStringLiteral("files")));
+    const QString nothing =
+        isAllRead ? QStringLiteral("Nothing found") : QStringLiteral("No findings");
+    return QStringLiteral("%1 in %2%3.\n")
+        .arg(parts.isEmpty() ? nothing : enumerated(parts),
+             counted(files.size(), QStringLiteral("file"), QStringLiteral("files")),
+             isAllRead ? QString() : QStringLiteral(", but not everything could be read"));
 }
 
 void addFindings(JsonDocument& document, const QList<CheckedFile>& files)
@@ -234,36 +271,53 @@ void addFindings(JsonDocument& document, const QList<CheckedFile>& files)
     });
 }
 
-QString findingsSarif(const QList<CheckedFile>& files, const QString& base)
+QString findingsSarif(const QList<CheckedFile>& files, const QList<Problem>& unread,
+                      const QString& base)
 {
     QVariantList results;
     for (const CheckedFile& file : files) {
         for (const Finding& finding : file.findings) {
-            const QString message =
-                QStringList{finding.message, linkText(finding), finding.advice}.join(
-                    QStringLiteral("\n"));
             results.append(QVariantMap{
                 {QStringLiteral("ruleId"), codeOf(finding).name},
                 {QStringLiteral("level"), nameOf(codeOf(finding).severity)},
-                {QStringLiteral("message"), withText(message)},
-                {QStringLiteral("locations"), QVariantList{sarifLocation(finding, base)}},
+                {QStringLiteral("message"), withText(messageOf(finding))},
+                {QStringLiteral("locations"),
+                 QVariantList{sarifLocation(finding.file, finding.place, base)}},
             });
         }
     }
     const QVariantMap driver{{QStringLiteral("name"), QStringLiteral("unitflow")},
                              {QStringLiteral("version"), QStringLiteral(UNITFLOW_VERSION)},
                              {QStringLiteral("rules"), sarifRules()}};
-    const QVariantMap run{{QStringLiteral("tool"), QVariantMap{{QStringLiteral("driver"), driver}}},
-                          {QStringLiteral("columnKind"), QStringLiteral("unicodeCodePoints")},
-                          {QStringLiteral("results"), results}};
+    const QVariantMap run{
+        {QStringLiteral("tool"), QVariantMap{{QStringLiteral("driver"), driver}}},
+        {QStringLiteral("invocations"), QVariantList{sarifInvocation(unread, base)}},
+        {QStringLiteral("columnKind"), QStringLiteral("unicodeCodePoints")},
+        {QStringLiteral("results"), results}};
     return toJsonText(QVariantMap{{QStringLiteral("version"), QStringLiteral("2.1.0")},
                                   {QStringLiteral("runs"), QVariantList{run}}}) +
            QLatin1Char('\n');
 }
 
-QString findingsGithub(const QList<CheckedFile>& files, const QString& base)
+QString findingsGithub(const QList<CheckedFile>& files, const QList<Problem>& unread,
+                       const QString& base)
 {
     QString lines;
+    for (const Problem& problem : unread) {
+        QStringList properties;
+        if (!problem.file.isEmpty()) {
+            properties.append(QStringLiteral("file=") + escaped(located(base, problem.file), true));
+        }
+        if (problem.line > 0) {
+            properties.append(
+                QStringLiteral("line=%1,col=%2").arg(problem.line).arg(problem.column));
+        }
+        const QString listed = properties.join(QLatin1Char(','));
+        lines += (listed.isEmpty() ? QStringLiteral("::error") : QStringLiteral("::error ")) +
+                 listed + QStringLiteral("::") +
+                 escaped(problem.message + QLatin1Char('\n') + problem.advice, false) +
+                 QLatin1Char('\n');
+    }
     for (const CheckedFile& file : files) {
         for (const Finding& finding : file.findings) {
             const checker::Severity severity = codeOf(finding).severity;
@@ -278,8 +332,7 @@ QString findingsGithub(const QList<CheckedFile>& files, const QString& base)
                              .arg(finding.place.column + finding.place.length);
             }
             lines += QStringLiteral(",title=") + codeOf(finding).name + QStringLiteral("::") +
-                     escaped(finding.message + QLatin1Char('\n') + finding.advice, false) +
-                     QLatin1Char('\n');
+                     escaped(messageOf(finding), false) + QLatin1Char('\n');
         }
     }
     return lines;

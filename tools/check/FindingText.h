@@ -17,16 +17,19 @@ class JsonDocument;
 QString findingsText(const checker::CheckedFile& file, bool color);
 
 /// "2 errors and 1 note in 6 files."
-QString findingsSummary(const QList<checker::CheckedFile>& files);
+QString findingsSummary(const QList<checker::CheckedFile>& files, bool isAllRead);
 
 /// Adds them as members of a document.
 void addFindings(JsonDocument& document, const QList<checker::CheckedFile>& files);
 
 /// For programs that read SARIF 2.1.0: one document, in one line. `base` leads to the files.
-QString findingsSarif(const QList<checker::CheckedFile>& files, const QString& base);
+/// `unread` tells why something was not checked.
+QString findingsSarif(const QList<checker::CheckedFile>& files,
+                      const QList<filehost::Problem>& unread, const QString& base);
 
 /// Commands for the log of a GitHub workflow, which shows them beside the lines.
-QString findingsGithub(const QList<checker::CheckedFile>& files, const QString& base);
+QString findingsGithub(const QList<checker::CheckedFile>& files,
+                       const QList<filehost::Problem>& unread, const QString& base);
 
 } // namespace tools
 
