@@ -114,9 +114,8 @@ QList<CodeDescription> nameCodes()
          "A top-level node without a type is left out, with everything in it. An edge to such a "
          "node leads nowhere, and still counts when a command node looks whether it has exactly "
          "one. \"Type\" is written just so: \"type\" is an ordinary name. A node stands under a "
-         "name: a "
-         "\"Type\" directly in the description, or directly in \"Next\", is that of a node whose "
-         "name is missing.",
+         "name: a \"Type\" directly in the description, or directly in \"Next\", is that of a node "
+         "whose name is missing.",
          alone(R"({
     "Node": {
         "type": "CommandNode",
@@ -292,9 +291,8 @@ QList<CodeDescription> graphCodes()
         {Code::NoEffect, "no-effect", Severity::Warning, "A node does nothing",
          "A node without commands has no effect where no node below has any. This is told once, of "
          "the topmost one. Where conditions stand on an edge in between, nothing is told: they "
-         "name "
-         "the URLs that are run when nothing was written. A description without any node does "
-         "nothing either, which is told where a link names it.",
+         "name the URLs that are run when nothing was written. A description without any node "
+         "does nothing either, which is told where a link names it.",
          alone(R"({ "Node": { "Type": "CommandNode" } })"),
          alone(commands(R"("CommandSetUnitProperties": [["Line/Speed", "m/s"]])"))},
         {Code::AlternativeConditions, "alternative-conditions", Severity::Warning,
@@ -616,10 +614,8 @@ QList<CodeDescription> linkCodes()
          "The engine takes any text for a unit. Units are what UDUNITS-2 knows, from \"°C\" to "
          "\"kg/m³\", and what units.json lists. A number alone is none, except 1: it is the value "
          "of another leaf. So is a unit with a number in front. A unit that stands in a row is "
-         "always "
-         "looked at, one that is taken from "
-         "the source if the row runs with the present values. A list is none either; the command "
-         "for columns skips it.",
+         "always looked at, one that is taken from the source if the row runs with the present "
+         "values. A list is none either; the command for columns skips it.",
          linked(commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])")),
          {commands(R"("CommandSetUnitProperties": [["Line/Speed", "pcs/h"]])"),
           QString::fromUtf8(source),
