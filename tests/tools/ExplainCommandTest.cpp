@@ -149,6 +149,20 @@ TEST(Explain, names_the_leaf_that_is_nearest_to_a_missing_target)
         << text.toStdString();
 }
 
+TEST(Explain, says_that_a_misspelled_condition_is_among_the_mistakes_of_a_description)
+{
+    const TestWorkspace workspace;
+    EXPECT_FALSE(run(workspace, explainUnit()).out.contains(QStringLiteral("mistake")));
+    QByteArray description = workspace.files().value(QStringLiteral("dependency/units.json"));
+    ASSERT_TRUE(description.contains("ConditionWriteOnUrls"));
+    description.replace("ConditionWriteOnUrls", "ConditionWriteOnURLs");
+    workspace.write(QStringLiteral("dependency/units.json"), description);
+    const Result result = run(workspace, explainUnit());
+    EXPECT_TRUE(result.out.contains(QStringLiteral(
+        "\n1 mistake is in dependency/units.json; \"unitflow check\" tells more.\n")))
+        << result.out.toStdString();
+}
+
 TEST(Explain, shows_every_step_with_all)
 {
     const TestWorkspace workspace;

@@ -240,6 +240,14 @@ QString findingsSummary(const QList<CheckedFile>& files, bool isAllRead)
              isAllRead ? QString() : QStringLiteral(", but not everything could be read"));
 }
 
+int mistakesIn(const QList<checker::Finding>& findings)
+{
+    return static_cast<int>(
+        std::count_if(findings.begin(), findings.end(), [](const Finding& finding) {
+            return checker::describe(finding.code).severity != checker::Severity::Note;
+        }));
+}
+
 void addFindings(JsonDocument& document, const QList<CheckedFile>& files)
 {
     QStringList names;

@@ -19,6 +19,9 @@ QString findingsText(const checker::CheckedFile& file, bool color);
 /// "2 errors and 1 note in 6 files."
 QString findingsSummary(const QList<checker::CheckedFile>& files, bool isAllRead);
 
+/// How many are more than notes.
+int mistakesIn(const QList<checker::Finding>& findings);
+
 /// Adds them as members of a document.
 void addFindings(JsonDocument& document, const QList<checker::CheckedFile>& files);
 

@@ -1,5 +1,6 @@
 #include "tools/explain/ExplainCommand.h"
 
+#include "tools/check/FindingText.h"
 #include "tools/console/Console.h"
 #include "tools/console/Names.h"
 #include "tools/console/Outline.h"
@@ -103,6 +104,24 @@ TraceText::TargetUrls leavesOf(Session& session, const Link& link)
         }
         return *urls;
     };
+}
+
+/// What the engine passes over without a word cannot be told of where it did not happen.
+QString mistakesText(Session& session, const QStringList& descriptions)
+{
+    QString text;
+    for (const QString& description : descriptions) {
+        const QString file = fileOf(session.workspace(), description);
+        const int mistakes = mistakesIn(
+            checker::checkText(session.description(description).toUtf8(), file).findings);
+        if (mistakes > 0) {
+            text += QStringLiteral("%1 in %2; \"unitflow check\" tells more.\n")
+                        .arg(counted(mistakes, QStringLiteral("mistake is"),
+                                     QStringLiteral("mistakes are")),
+                             printable(file));
+        }
+    }
+    return text.isEmpty() ? text : QLatin1Char('\n') + text;
 }
 
 } // namespace
@@ -237,6 +256,7 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
         source.isNull() ? QStringList() : urlsOf(leavesBelow(source, QString()));
     QHash<QString, QList<NearMiss>> misses; // of each description, which many links may share
     Outline outline;
+    QStringList told; // the descriptions of the links that something is told of
     int silent = 0;
     for (const std::size_t number : order) {
         const LinkRun& run = runs.at(static_cast<int>(number));
@@ -248,9 +268,14 @@ void ExplainCommand::showLinks(Session& session, const TraceRecorder& recorder, 
         const bool isTold =
             addLink(session, run, traces[number], misses.value(description), outline);
         silent += isTold ? 0 : 1;
+        if (isTold && !told.contains(description)) {
+            told.append(description);
+        }
     }
+    const QString mistakes = mistakesText(session, told);
     session.takeProblems(); // the links that ran have reported them
     console.show(outline.toText(console.color()));
+    console.show(mistakes);
     console.show(silentText(silent, traces.size(), printable(write.url)));
 }
 

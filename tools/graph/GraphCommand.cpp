@@ -2,6 +2,7 @@
 
 #include "filehost/LinkPlan.h"
 #include "filehost/Session.h"
+#include "tools/check/FindingText.h"
 #include "tools/console/Console.h"
 #include "tools/console/Json.h"
 #include "tools/console/Messages.h"
@@ -520,10 +521,7 @@ void GraphCommand::hint(Console& console) const
     }
     int mistakes = 0;
     for (const GraphNode& node : graph.nodes) {
-        mistakes += static_cast<int>(
-            std::count_if(node.findings.begin(), node.findings.end(), [](const auto& finding) {
-                return checker::describe(finding.code).severity != checker::Severity::Note;
-            }));
+        mistakes += mistakesIn(node.findings);
     }
     if (mistakes > 0) {
         console.note(QStringLiteral("%1 in it; \"unitflow check %2\" tells more.")
