@@ -18,6 +18,7 @@
 #include "tools/graph/MermaidText.h"
 #include "tools/graph/OutputFile.h"
 #include "tools/workspace/Access.h"
+#include "tools/workspace/Links.h"
 #include "trace/TraceReader.h"
 
 #include <CLI/CLI.hpp>
@@ -324,10 +325,8 @@ bool GraphCommand::addLink(const Workspace& workspace, Console& console)
         return false;
     }
     Messages messages([&](const QString& lastWords) {
-        console.report({Severity::Error,
-                        {Problem::Code::Shape, graph.file, 0, 0, lastWords,
-                         QStringLiteral("the program ends here")},
-                        graph.link});
+        console.report(
+            {Severity::Error, endOfProgram(workspace, *graph.link, lastWords), graph.link});
     });
     addRuns(graph, trees);
     return true;
